@@ -1,0 +1,158 @@
+#include "kit/node.h"
+
+#include <algorithm>
+
+#include "kit/geometry.h"
+#include "kit/manager.h"
+#include "kit/scene.h"
+
+namespace zylsdk {
+
+KZYL_IMPLEMENT_CLASS(KZylNode, KZylObject)
+
+KZylNode::KZylNode(KZylSdkManager& manager, const char* name) : KZylObject(manager, name) {}
+
+bool KZylNode::AddChild(KZylNode* child) {
+  if (!child) {
+    GetError().SetLastError(1, "Cannot add a null child");
+    return false;
+  }
+  if (child->mParent) {
+    GetError().SetLastError(2, KString("Node ") + child->GetName() + " already has a parent");
+    return false;
+  }
+  for (const KZylNode* n = this; n; n = n->mParent) {
+    if (n == child) {
+      GetError().SetLastError(3, KString("Node ") + child->GetName() + " is this node or one of its ancestors");
+      return false;
+    }
+  }
+  mChildren.push_back(child);
+  child->mParent = this;
+  GetZylSdkManager()->TouchHierarchy();
+  return true;
+}
+
+bool KZylNode::RemoveChild(KZylNode* child) {
+  auto found = std::find(mChildren.begin(), mChildren.end(), child);
+  if (found == mChildren.end()) return false;
+  mChildren.erase(found);
+  child->mParent = nullptr;
+  GetZylSdkManager()->TouchHierarchy();
+  return true;
+}
+
+int KZylNode::GetChildCount(bool recursive) const {
+  if (!recursive) return static_cast<int>(mChildren.size());
+  int count = 0;
+  std::vector<const KZylNode*> pending(1, this);
+  while (!pending.empty()) {
+    const KZylNode* node = pending.back();
+    pending.pop_back();
+    count += static_cast<int>(node->mChildren.size());
+    pending.insert(pending.end(), node->mChildren.begin(), node->mChildren.end());
+  }
+  return count;
+}
+
+KZylNode* KZylNode::GetChild(int index) const {
+  return (index >= 0 && index < GetChildCount()) ? mChildren[static_cast<size_t>(index)] : nullptr;
+}
+
+KZylNode* KZylNode::FindChild(const KString& name, bool recursive, bool) const {
+  // Each node first looks at its direct children, then searches each child's subtree in order.
+  // An explicit stack keeps deep hierarchies off the call stack.
+  struct Frame {
+    const KZylNode* node;
+    size_t next;  // next child whose subtree is searched
+  };
+  for (KZylNode* child : mChildren)
+    if (child->GetName() == name) return child;
+  if (!recursive) return nullptr;
+  std::vector<Frame> stack{{this, 0}};
+  while (!stack.empty()) {
+    Frame& frame = stack.back();
+    if (frame.next >= frame.node->mChildren.size()) {
+      stack.pop_back();
+      continue;
+    }
+    const KZylNode* child = frame.node->mChildren[frame.next++];
+    for (KZylNode* grandChild : child->mChildren)
+      if (grandChild->GetName() == name) return grandChild;
+    stack.push_back({child, 0});
+  }
+  return nullptr;
+}
+
+bool KZylNode::SetNodeAttribute(KZylNodeAttribute* attribute) {
+  if (attribute == mAttribute) return true;
+  if (mAttribute) {
+    std::vector<KZylNode*>& nodes = mAttribute->mNodes;
+    nodes.erase(std::remove(nodes.begin(), nodes.end(), this), nodes.end());
+  }
+  mAttribute = attribute;
+  if (attribute) attribute->mNodes.push_back(this);
+  GetZylSdkManager()->TouchHierarchy();
+  return true;
+}
+
+KZylGeometry* KZylNode::GetGeometry() const {
+  return (mAttribute && mAttribute->Is(KZylGeometry::ClassId)) ? static_cast<KZylGeometry*>(mAttribute) : nullptr;
+}
+
+KZylScene* KZylNode::GetScene() const {
+  const KZylNode* root = this;
+  while (root->mParent) root = root->mParent;
+  return root->mOwnerScene;
+}
+
+KZylXMatrix KZylNode::GetLocalFromDefaultTake(EPivotSet set) const {
+  const PivotSet& p = Pivots(set);
+  auto negate = [](const KZylVector4& v) { return KZylVector4(-v[0], -v[1], -v[2], 0.0); };
+  KZylXMatrix rotation = RotationMatrix(p.postRotation, eEulerXYZ).Inverse() *
+                         RotationMatrix(mRotation, p.rotationOrder) * RotationMatrix(p.preRotation, eEulerXYZ);
+  return TranslationMatrix(negate(p.scalingPivot)) * ScalingMatrix(mScaling) * TranslationMatrix(p.scalingPivot) *
+         TranslationMatrix(p.scalingOffset) * TranslationMatrix(negate(p.rotationPivot)) * rotation *
+         TranslationMatrix(p.rotationPivot) * TranslationMatrix(p.rotationOffset) * TranslationMatrix(mTranslation);
+}
+
+KZylXMatrix KZylNode::GetGlobalFromDefaultTake(EPivotSet set) const {
+  KZylXMatrix global = GetLocalFromDefaultTake(set);
+  for (const KZylNode* parent = mParent; parent; parent = parent->mParent)
+    global = global * parent->GetLocalFromDefaultTake(set);
+  return global;
+}
+
+void KZylNode::SetGlobalState(const KZylXMatrix& global) {
+  KZylXMatrix local = mParent ? global * mParent->GetGlobalFromDefaultTake(eSourcePivot).Inverse() : global;
+  KZylVector4 translation = local.GetT();
+  mTranslation = KZylVector4(translation[0], translation[1], translation[2], mTranslation[3]);
+  KZylVector4 scaling = local.GetS();
+  mScaling = KZylVector4(scaling[0], scaling[1], scaling[2], mScaling[3]);
+  mRotation = EulerAngles(local, Pivots(eSourcePivot).rotationOrder);
+}
+
+void KZylNode::CopyFrom(const KZylObject& source) {
+  KZylObject::CopyFrom(source);
+  if (!source.Is(KZylNode::ClassId)) return;
+  const KZylNode& node = static_cast<const KZylNode&>(source);
+  mTranslation = node.mTranslation;
+  mRotation = node.mRotation;
+  mScaling = node.mScaling;
+  mPivots[0] = node.mPivots[0];
+  mPivots[1] = node.mPivots[1];
+  mInheritType = node.mInheritType;
+  mShadingMode = node.mShadingMode;
+}
+
+void KZylNode::ForgetObjects(const ObjectSet& gone) {
+  KZylObject::ForgetObjects(gone);
+  if (mParent && gone.count(mParent)) mParent = nullptr;
+  if (mOwnerScene && gone.count(mOwnerScene)) mOwnerScene = nullptr;
+  mChildren.erase(std::remove_if(mChildren.begin(), mChildren.end(), [&](KZylNode* c) { return gone.count(c) != 0; }),
+                  mChildren.end());
+  if (mAttribute && gone.count(mAttribute)) mAttribute = nullptr;
+  ForgetTakeObjects(gone);
+}
+
+}  // namespace zylsdk

@@ -1,0 +1,285 @@
+#include "kit/object.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "kit/manager.h"
+#include "kit/scene.h"
+
+namespace zylsdk {
+
+struct KZylPropertyData {
+  KString name;
+  KString label;
+  EZylType type = eZylUndefined;
+  bool dynamic = false;
+  std::array<double, 16> numbers{};
+  KString text;
+  KTime time;
+};
+
+namespace {
+
+// Number of numeric components of a type; 0 for non-numeric types.
+int ComponentCount(EZylType type) {
+  switch (type) {
+    case eZylBool:
+    case eZylInteger:
+    case eZylFloat:
+    case eZylDouble:
+    case eZylEnum: return 1;
+    case eZylDouble3: return 3;
+    case eZylDouble4: return 4;
+    case eZylDouble44: return 16;
+    default: return 0;
+  }
+}
+
+// Initial numbers of a new property: identity for matrices, zero otherwise.
+void InitialNumbers(KZylPropertyData& data) {
+  data.numbers.fill(0.0);
+  if (data.type == eZylDouble44)
+    for (int i = 0; i < 4; ++i) data.numbers[static_cast<size_t>(i * 5)] = 1.0;
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- KZylProperty
+
+KZylPropertyData* KZylProperty::Data() const {
+  if (!IsValid() || mIndex >= mOwner->GetPropertyCount()) return nullptr;
+  return mOwner->mProperties[static_cast<size_t>(mIndex)].get();
+}
+
+KZylProperty KZylProperty::Create(KZylObject* owner, const KString& name, EZylType type, const char* label) {
+  if (!owner) return KZylProperty();
+  KZylProperty existing = owner->FindProperty(name);
+  if (existing.IsValid()) return existing;
+  KZylProperty created = owner->AddProperty(name, type);
+  KZylPropertyData* data = created.Data();
+  data->label = label ? label : "";
+  data->dynamic = true;
+  return created;
+}
+
+KString KZylProperty::GetName() const { return Data() ? Data()->name : KString(); }
+KString KZylProperty::GetLabel() const { return Data() ? Data()->label : KString(); }
+EZylType KZylProperty::GetPropertyDataType() const { return Data() ? Data()->type : eZylUndefined; }
+bool KZylProperty::IsDynamic() const { return Data() && Data()->dynamic; }
+
+bool KZylProperty::SetNumbers(const double* values, int count, bool vectorValue) {
+  KZylPropertyData* data = Data();
+  if (!data) return false;
+  int components = ComponentCount(data->type);
+  if (components == 0) return false;
+  // A scalar fits scalar types; a vector fits vector types.
+  if ((components == 1) == vectorValue) return false;
+  for (int i = 0; i < components; ++i) data->numbers[static_cast<size_t>(i)] = i < count ? values[i] : 0.0;
+  if (data->type == eZylInteger || data->type == eZylEnum) {
+    double v = data->numbers[0];
+    data->numbers[0] = std::isfinite(v) ? std::trunc(std::clamp(v, -2147483648.0, 2147483647.0)) : 0.0;
+  }
+  if (data->type == eZylBool) data->numbers[0] = data->numbers[0] != 0.0 ? 1.0 : 0.0;
+  if (data->type == eZylFloat) data->numbers[0] = static_cast<double>(static_cast<float>(data->numbers[0]));
+  return true;
+}
+
+bool KZylProperty::Set(bool value) { double v = value ? 1.0 : 0.0; return SetNumbers(&v, 1, false); }
+bool KZylProperty::Set(int value) { double v = value; return SetNumbers(&v, 1, false); }
+bool KZylProperty::Set(double value) { return SetNumbers(&value, 1, false); }
+bool KZylProperty::Set(const KZylColor& value) {
+  double v[4] = {value.mRed, value.mGreen, value.mBlue, value.mAlpha};
+  return SetNumbers(v, 4, true);
+}
+bool KZylProperty::Set(const KZylVector4& value) { return SetNumbers(value.mData, 4, true); }
+bool KZylProperty::Set(const KZylMatrix& value) { return SetNumbers(&value.mData[0][0], 16, true); }
+
+bool KZylProperty::Set(const KString& value) {
+  KZylPropertyData* data = Data();
+  if (!data || data->type != eZylString) return false;
+  data->text = value;
+  return true;
+}
+
+bool KZylProperty::Set(KTime value) {
+  KZylPropertyData* data = Data();
+  if (!data || data->type != eZylTime) return false;
+  data->time = value;
+  return true;
+}
+
+bool KZylProperty::GetBool() const { return GetDouble() != 0.0; }
+int KZylProperty::GetInt() const { return static_cast<int>(GetDouble()); }
+
+double KZylProperty::GetDouble() const {
+  KZylPropertyData* data = Data();
+  return (data && ComponentCount(data->type) > 0) ? data->numbers[0] : 0.0;
+}
+
+KZylColor KZylProperty::GetColor() const {
+  KZylPropertyData* data = Data();
+  if (!data || (data->type != eZylDouble3 && data->type != eZylDouble4)) return KZylColor();
+  return KZylColor(data->numbers[0], data->numbers[1], data->numbers[2],
+                   data->type == eZylDouble4 ? data->numbers[3] : 1.0);
+}
+
+KZylVector4 KZylProperty::GetVector4() const {
+  KZylPropertyData* data = Data();
+  if (!data || (data->type != eZylDouble3 && data->type != eZylDouble4)) return KZylVector4();
+  return KZylVector4(data->numbers[0], data->numbers[1], data->numbers[2], data->numbers[3]);
+}
+
+KZylMatrix KZylProperty::GetMatrix() const {
+  KZylMatrix m;
+  KZylPropertyData* data = Data();
+  if (!data || data->type != eZylDouble44) return m;
+  for (int i = 0; i < 16; ++i) m.mData[i / 4][i % 4] = data->numbers[static_cast<size_t>(i)];
+  return m;
+}
+
+KString KZylProperty::GetString() const {
+  KZylPropertyData* data = Data();
+  return (data && data->type == eZylString) ? data->text : KString();
+}
+
+KTime KZylProperty::GetTime() const {
+  KZylPropertyData* data = Data();
+  return (data && data->type == eZylTime) ? data->time : KTime();
+}
+
+std::vector<double> KZylProperty::GetNumbers() const {
+  KZylPropertyData* data = Data();
+  if (!data) return {};
+  int count = ComponentCount(data->type);
+  return std::vector<double>(data->numbers.begin(), data->numbers.begin() + count);
+}
+
+// ---------------------------------------------------------------- KZylPlug
+
+KZylObject* KZylPlug::Self() { return static_cast<KZylObject*>(this); }
+
+bool KZylPlug::ConnectZylSrc(KZylObject* source) {
+  if (!source || source == Self() || IsConnectedZylSrc(source)) return false;
+  mSources.push_back(source);
+  static_cast<KZylPlug*>(source)->mDestinations.push_back(Self());
+  return true;
+}
+
+bool KZylPlug::DisconnectZylSrc(KZylObject* source) {
+  auto found = std::find(mSources.begin(), mSources.end(), source);
+  if (found == mSources.end()) return false;
+  mSources.erase(found);
+  std::vector<KZylObject*>& back = static_cast<KZylPlug*>(source)->mDestinations;
+  auto self = std::find(back.begin(), back.end(), Self());
+  if (self != back.end()) back.erase(self);
+  return true;
+}
+
+bool KZylPlug::IsConnectedZylSrc(const KZylObject* source) const {
+  return std::find(mSources.begin(), mSources.end(), source) != mSources.end();
+}
+
+KZylObject* KZylPlug::GetSrcObject(int index) const {
+  return (index >= 0 && index < GetSrcObjectCount()) ? mSources[static_cast<size_t>(index)] : nullptr;
+}
+
+int KZylPlug::GetSrcObjectCount(const KZylClassId& classId) const {
+  return static_cast<int>(std::count_if(mSources.begin(), mSources.end(),
+                                        [&](const KZylObject* o) { return o->Is(classId); }));
+}
+
+KZylObject* KZylPlug::GetSrcObject(const KZylClassId& classId, int index) const {
+  for (KZylObject* o : mSources)
+    if (o->Is(classId) && index-- == 0) return o;
+  return nullptr;
+}
+
+KZylObject* KZylPlug::GetDstObject(int index) const {
+  return (index >= 0 && index < GetDstObjectCount()) ? mDestinations[static_cast<size_t>(index)] : nullptr;
+}
+
+int KZylPlug::GetDstObjectCount(const KZylClassId& classId) const {
+  return static_cast<int>(std::count_if(mDestinations.begin(), mDestinations.end(),
+                                        [&](const KZylObject* o) { return o->Is(classId); }));
+}
+
+KZylObject* KZylPlug::GetDstObject(const KZylClassId& classId, int index) const {
+  for (KZylObject* o : mDestinations)
+    if (o->Is(classId) && index-- == 0) return o;
+  return nullptr;
+}
+
+void KZylPlug::DisconnectAll() {
+  while (!mSources.empty()) DisconnectZylSrc(mSources.back());
+  while (!mDestinations.empty()) static_cast<KZylPlug*>(mDestinations.back())->DisconnectZylSrc(Self());
+}
+
+// ---------------------------------------------------------------- KZylObject
+
+const KZylClassId KZylObject::ClassId = {"KZylObject", nullptr};
+
+KZylObject::KZylObject(KZylSdkManager& manager, const char* name) : mManager(&manager), mName(name) {}
+
+KZylObject::~KZylObject() = default;
+
+KString KZylObject::GetNameWithoutNameSpacePrefix() const {
+  int colon = mName.ReverseFind(':');
+  return colon < 0 ? mName : mName.Mid(colon + 1);
+}
+
+KZylProperty KZylObject::GetProperty(int index) const {
+  if (index < 0 || index >= GetPropertyCount()) return KZylProperty();
+  return KZylProperty(const_cast<KZylObject*>(this), index);
+}
+
+KZylProperty KZylObject::FindProperty(const KString& name, bool) const {
+  auto found = mPropertyIndex.find(name);
+  if (found == mPropertyIndex.end()) return KZylProperty();
+  return KZylProperty(const_cast<KZylObject*>(this), found->second);
+}
+
+KZylProperty KZylObject::AddProperty(const KString& name, EZylType type) {
+  auto data = std::make_unique<KZylPropertyData>();
+  data->name = name;
+  data->type = type;
+  InitialNumbers(*data);
+  int index = GetPropertyCount();
+  mProperties.push_back(std::move(data));
+  mPropertyIndex.emplace(name, index);
+  return KZylProperty(this, index);
+}
+
+KZylScene* KZylObject::GetScene() const {
+  return static_cast<KZylScene*>(GetDstObject(KZylScene::ClassId, 0));
+}
+
+KZylObject* KZylObject::Clone(int) const {
+  KZylObject* copy = CreateSameKind(*mManager, mName.Buffer());
+  if (copy) copy->CopyFrom(*this);
+  return copy;
+}
+
+KZylObject* KZylObject::CreateSameKind(KZylSdkManager&, const char*) const { return nullptr; }
+
+void KZylObject::CopyFrom(const KZylObject& source) {
+  for (const auto& property : source.mProperties) {
+    KZylProperty target = FindProperty(property->name);
+    if (!target.IsValid()) {
+      target = AddProperty(property->name, property->type);
+      target.Data()->dynamic = true;
+    }
+    KZylPropertyData* data = target.Data();
+    if (data->type != property->type) continue;
+    data->label = property->label;
+    data->numbers = property->numbers;
+    data->text = property->text;
+    data->time = property->time;
+  }
+}
+
+void KZylObject::ForgetObjects(const ObjectSet&) {}
+
+void KZylObject::Destroy() { mManager->DestroyObjects({this}); }
+
+}  // namespace zylsdk

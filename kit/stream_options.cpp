@@ -1,0 +1,29 @@
+#include "kit/stream_options.h"
+
+#include "kit/manager.h"
+
+namespace zylsdk {
+
+KZYL_IMPLEMENT_CLASS(KZylStreamOptions, KZylObject)
+KZYL_IMPLEMENT_CLASS(KZylStreamOptionsColladaReader, KZylStreamOptions)
+
+KZylStreamOptionsColladaReader::KZylStreamOptionsColladaReader(KZylSdkManager& manager, const char* name)
+    : KZylStreamOptions(manager, name) {
+  AddProperty("START", eZylTime);
+  AddProperty("FRAME COUNT", eZylInteger);
+}
+
+void KZylStreamOptionsColladaReader::SetTimeMode(int timeMode, double customFrameRate) {
+  mTimeMode = timeMode;
+  mCustomFrameRate = customFrameRate;
+}
+
+void KZylStreamOptionsColladaReader::CopyFrom(const KZylObject& source) {
+  KZylStreamOptions::CopyFrom(source);
+  if (!source.Is(KZylStreamOptionsColladaReader::ClassId)) return;
+  const auto& options = static_cast<const KZylStreamOptionsColladaReader&>(source);
+  mTimeMode = options.mTimeMode;
+  mCustomFrameRate = options.mCustomFrameRate;
+}
+
+}  // namespace zylsdk

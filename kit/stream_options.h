@@ -1,0 +1,36 @@
+#pragma once
+// Read options: KZylStreamOptions holds options as named properties; the COLLADA reader's
+// options add "START" (time), "FRAME COUNT" (integer) and a time mode with a frame rate.
+
+#include "kit/object.h"
+
+namespace zylsdk {
+
+class KZylStreamOptions : public KZylObject {
+  KZYL_DECLARE_CLASS(KZylStreamOptions)
+ public:
+  // The option's property; invalid when there is no option of that name.
+  KZylProperty GetOption(const KString& name) const { return FindProperty(name); }
+
+ protected:
+  using KZylObject::KZylObject;
+};
+
+class KZylStreamOptionsColladaReader : public KZylStreamOptions {
+  KZYL_DECLARE_CLASS(KZylStreamOptionsColladaReader)
+ public:
+  // Time modes: 0 is the default (custom) mode, whose rate is the custom frame rate.
+  void SetTimeMode(int timeMode, double customFrameRate);
+  int GetTimeMode() const { return mTimeMode; }
+  double GetCustomFrameRate() const { return mCustomFrameRate; }
+
+ protected:
+  KZylStreamOptionsColladaReader(KZylSdkManager& manager, const char* name);
+  void CopyFrom(const KZylObject& source) override;
+
+ private:
+  int mTimeMode = 0;
+  double mCustomFrameRate = 0.0;
+};
+
+}  // namespace zylsdk

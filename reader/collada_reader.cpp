@@ -1,0 +1,136 @@
+#include "reader/collada_reader.h"
+
+#include <unordered_set>
+
+namespace zylsdk {
+namespace {
+
+const char* const kParseFailure = "Unable to parse xml/dae file\n";
+const char* const kTakeName = "Take 001";
+
+}  // namespace
+
+void RegisterColladaReader(KZylSdkManager& manager) {
+  manager.RegisterReader("dae", [](KZylSdkManager& m) { return std::make_unique<KZylReaderCollada>(m); });
+}
+
+KZylReaderCollada::KZylReaderCollada(KZylSdkManager& manager)
+    : KZylReader(manager), mState(std::make_unique<DocumentState>()) {}
+
+KZylReaderCollada::~KZylReaderCollada() {
+  if (IsFileOpen()) FileClose();
+  DestroyUnusedPlaceholderMaterials();
+}
+
+bool KZylReaderCollada::FileOpen(const char* fileName) {
+  if (IsFileOpen()) FileClose();
+  FILE* file = fileName ? std::fopen(fileName, "rt") : nullptr;
+  if (!file) {
+    mError.SetLastErrorID(KError::eFileNotOpened);
+    return false;
+  }
+  mFile = file;
+  mFileName = fileName;
+  return true;
+}
+
+bool KZylReaderCollada::FileClose() {
+  if (!IsFileOpen()) {
+    mError.SetLastErrorID(KError::eFileNotOpened);
+    return false;
+  }
+  int result = std::fclose(mFile);
+  mFile = nullptr;
+  mFileName = "";
+  return result == 0;
+}
+
+KZylStreamOptions* KZylReaderCollada::GetReadOptions(bool) {
+  if (!IsFileOpen()) {
+    mError.SetLastErrorID(KError::eFileNotOpened);
+    return nullptr;
+  }
+  // The options are made before any read, so they always report a zero start, frame count and
+  // frame rate.
+  ResetFileInfo();
+  KZylStreamOptionsColladaReader* options = KZylStreamOptionsColladaReader::Create(mManager, "");
+  options->GetOption("START").Set(mAnimationStart);
+  options->GetOption("FRAME COUNT").Set(static_cast<int>(mFrameCount));
+  options->SetTimeMode(0, mFrameRate);
+  return options;
+}
+
+void KZylReaderCollada::ResetFileInfo() {
+  mAnimationStart = KTime();
+  mAnimationStop = KTime();
+  mFrameCount = 0;
+  mFrameRate = 0.0;
+}
+
+bool KZylReaderCollada::ImportLink(KZylNode&) { return true; }
+
+bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
+  if (!options) {
+    mError.SetLastErrorID(KError::eInvalidReadOptions);
+    return false;
+  }
+  mDocument.reset();
+  ResetDocumentState();
+  mDocument = ParseXmlFile(mFileName);
+  bool ok = mDocument && ReadCollada(scene, xmlDocGetRootElement(mDocument.get()));
+  if (!ok) {
+    // The same message for a file that is not XML and for a faulty document. A faulty
+    // document stays held until the next read or the reader's end.
+    mErrorText += kParseFailure;
+    mError.SetLastError(0, kParseFailure);
+    AddNotificationError(kParseFailure);
+    return false;
+  }
+
+  KZylTakeInfo take;
+  take.mName = kTakeName;
+  take.mLocalTimeSpan.Set(mAnimationStart, mAnimationStop);
+  take.mReferenceTimeSpan.Set(mAnimationStart, mAnimationStop);
+  scene.SetTakeInfo(take);
+  scene.SetCurrentTake(kTakeName);
+
+  KZylSceneRenamer(scene, mRenamingStrategy).RenameFor(KZylSceneRenamer::eColladaToZyl);
+  mDocument.reset();
+  return true;
+}
+
+void KZylReaderCollada::ResetDocumentState() {
+  mState = std::make_unique<DocumentState>();
+  mAnimationStart = KTime();
+  mAnimationStop = KTime();
+  mFirstKey = false;
+  mSceneElement = nullptr;
+  mVisualSceneElement = nullptr;
+}
+
+void KZylReaderCollada::AddToMaterialSet(KZylSurfaceMaterial* material) {
+  if (!material) return;
+  if (mState->materials.HasItem(material)) return;
+  if (mMaterialSet.Add(material)) mMaterialSetIds[material] = material->GetUniqueID();
+}
+
+void KZylReaderCollada::DestroyUnusedPlaceholderMaterials() {
+  if (mMaterialSet.GetCount() == 0) return;
+  // Materials that meshes held by nodes still use stay.
+  std::unordered_set<const KZylObject*> used;
+  for (int i = 0; i < mManager->GetSrcObjectCount<KZylMesh>(); ++i) {
+    KZylMesh* mesh = mManager->GetSrcObject<KZylMesh>(i);
+    if (mesh->GetNodeCount() == 0) continue;
+    for (int j = 0; j < mesh->GetLayerCount(); ++j)
+      if (KZylLayerElementMaterial* materials = mesh->GetLayer(j)->GetMaterials())
+        for (KZylSurfaceMaterial* material : materials->GetDirectArray()) used.insert(material);
+  }
+  std::vector<KZylObject*> unused;
+  for (KZylSurfaceMaterial* material : mMaterialSet) {
+    // A material the application destroyed already is no longer the manager's.
+    if (!used.count(material) && mManager->Holds(material, mMaterialSetIds[material])) unused.push_back(material);
+  }
+  mManager->DestroyObjects(unused);
+}
+
+}  // namespace zylsdk

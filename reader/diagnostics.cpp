@@ -1,0 +1,60 @@
+#include "reader/collada_reader.h"
+
+namespace zylsdk {
+namespace {
+
+constexpr int kNotificationCode = 6;
+
+}  // namespace
+
+void KZylReaderCollada::AddNotificationWarning(KString text) {
+  if (KZylUserNotification* notification = mManager->GetUserNotification())
+    notification->AddDetail(kNotificationCode, "Warning: " + text);
+}
+
+void KZylReaderCollada::AddNotificationError(KString text) {
+  if (KZylUserNotification* notification = mManager->GetUserNotification())
+    notification->AddDetail(kNotificationCode, "ERROR: " + text);
+}
+
+bool KZylReaderCollada::IsReported(const KString& key) const { return mReportedFeatures.Find(key) >= 0; }
+
+void KZylReaderCollada::MarkReported(const KString& key) { mReportedFeatures.Add(key, 1); }
+
+bool KZylReaderCollada::WarnOnce(const KString& key, const KString& text) {
+  if (IsReported(key)) return false;
+  AddNotificationWarning(text);
+  MarkReported(key);
+  return true;
+}
+
+void KZylReaderCollada::SplitReferenceTarget(const KString& target, KString& id, KString& path, KString& member) {
+  const int length = target.GetLen();
+  const int slash = target.Find('/');
+  // Parentheses ("morph(2)") are recognised only in targets without a slash.
+  int open = -1;
+  int close = -1;
+  if (slash < 0) {
+    open = target.Find('(');
+    close = open >= 0 ? target.Find(')', open) : -1;
+  }
+  const KString rest = slash < 0 ? target : target.Mid(slash + 1);
+  const int dot = rest.Find('.');
+  if (slash >= 0) id = target.Left(slash);
+  if (dot < 0 && open < 0) {
+    path = target;
+    member = "";
+    return;
+  }
+  int split;
+  if (slash >= 0)
+    split = dot + slash + 1;
+  else if (open >= 0)
+    split = dot >= 0 ? dot : open;
+  else
+    split = length;
+  path = target.Left(split);
+  member = close < 0 ? target.Mid(split + 1) : target.Mid(split + 1, close - open - 1);
+}
+
+}  // namespace zylsdk

@@ -1,0 +1,124 @@
+#include "reader/dom/dom.h"
+
+#include <cstring>
+#include <vector>
+
+#include "reader/dom/numbers.h"
+
+namespace zylsdk {
+namespace {
+
+const char* AsText(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
+
+bool NameIs(const xmlNode* node, const char* name) {
+  return node && node->type == XML_ELEMENT_NODE && node->name && std::strcmp(AsText(node->name), name) == 0;
+}
+
+// Compares an attribute's value without copying it in the usual case of a plain text value.
+bool AttributeEquals(const xmlNode* node, const char* name, const KString& value) {
+  xmlAttr* attribute = xmlHasProp(node, reinterpret_cast<const xmlChar*>(name));
+  if (!attribute) return false;
+  const xmlNode* text = attribute->children;
+  if (text && !text->next && text->type == XML_TEXT_NODE && text->content)
+    return std::strcmp(AsText(text->content), value.Buffer()) == 0;
+  return DAE_GetProperty(node, name) == value;
+}
+
+}  // namespace
+
+const char* DAE_GetName(const xmlNode* element) { return (element && element->name) ? AsText(element->name) : ""; }
+
+bool DAE_IsElement(const xmlNode* node, const char* name) { return NameIs(node, name); }
+
+KString DAE_GetProperty(const xmlNode* element, const char* name) {
+  if (!element || element->type != XML_ELEMENT_NODE) return KString();
+  xmlChar* value = xmlGetProp(element, reinterpret_cast<const xmlChar*>(name));
+  if (!value) return KString();
+  KString result(AsText(value));
+  xmlFree(value);
+  return result;
+}
+
+KString DAE_GetContent(const xmlNode* element) {
+  if (!element) return KString();
+  ElementText text(element);
+  return KString(text.c_str());
+}
+
+KString DAE_GetUrl(const xmlNode* element) { return DAE_GetProperty(element, "url").Mid(1); }
+
+int DAE_GetOffset(const xmlNode* element) {
+  KString offset = DAE_GetProperty(element, "offset");
+  const char* cursor = offset.Buffer();
+  return strtoint(&cursor);
+}
+
+xmlNode* firstChildElement(const xmlNode* element) {
+  if (!element) return nullptr;
+  for (xmlNode* child = element->children; child; child = child->next)
+    if (child->type == XML_ELEMENT_NODE) return child;
+  return nullptr;
+}
+
+xmlNode* nextSiblingElement(const xmlNode* node) {
+  if (!node) return nullptr;
+  for (xmlNode* sibling = node->next; sibling; sibling = sibling->next)
+    if (sibling->type == XML_ELEMENT_NODE) return sibling;
+  return nullptr;
+}
+
+xmlNode* findChildByType(const xmlNode* element, const KString& type) {
+  for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+    if (NameIs(child, type.Buffer())) return child;
+  return nullptr;
+}
+
+void findChildrenByType(const xmlNode* element, const KString& type, KArrayTemplate<xmlNode*>& out) {
+  for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+    if (NameIs(child, type.Buffer())) out.Add(child);
+}
+
+xmlNode* findChildById(const xmlNode* element, const KString& id) {
+  if (!element) return nullptr;
+  // Depth first, document order, with an explicit stack so that deep documents cannot
+  // exhaust the call stack.
+  std::vector<xmlNode*> pending;
+  for (xmlNode* child = element->last; child; child = child->prev)
+    if (child->type == XML_ELEMENT_NODE) pending.push_back(child);
+  while (!pending.empty()) {
+    xmlNode* node = pending.back();
+    pending.pop_back();
+    if (AttributeEquals(node, "id", id)) return node;
+    for (xmlNode* child = node->last; child; child = child->prev)
+      if (child->type == XML_ELEMENT_NODE) pending.push_back(child);
+  }
+  return nullptr;
+}
+
+xmlNode* getTechniqueNode(const xmlNode* element, const KString& profile) {
+  for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+    if (NameIs(child, "technique") && DAE_GetProperty(child, "profile") == profile) return child;
+  return nullptr;
+}
+
+xmlNode* getTechniqueNode(const xmlNode* element) { return findChildByType(element, "technique"); }
+
+xmlNode* getTechniqueCommonNode(const xmlNode* element) { return findChildByType(element, "technique_common"); }
+
+ElementText::ElementText(const xmlNode* element) : mText("") {
+  if (!element) return;
+  const xmlNode* child = element->children;
+  bool singleText = child && !child->next && (child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE);
+  if (singleText) {
+    if (child->content) mText = AsText(child->content);
+    return;
+  }
+  mOwned = xmlNodeGetContent(element);
+  if (mOwned) mText = AsText(mOwned);
+}
+
+ElementText::~ElementText() {
+  if (mOwned) xmlFree(mOwned);
+}
+
+}  // namespace zylsdk

@@ -1,0 +1,150 @@
+#include "reader/dom/numbers.h"
+
+#include <charconv>
+#include <climits>
+#include <cmath>
+#include <cstring>
+
+namespace zylsdk {
+namespace {
+
+bool IsSeparator(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v' || c == ','; }
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+const char* SkipSeparators(const char* p) {
+  while (IsSeparator(*p)) ++p;
+  return p;
+}
+
+// End of the token that starts at `p`: the next separator or the end of the text.
+const char* TokenEnd(const char* p) {
+  while (*p && !IsSeparator(*p)) ++p;
+  return p;
+}
+
+// Parses a floating-point number at `p` (a leading '+' accepted); the end of what was read, or
+// null when no number starts there.
+const char* ParseDouble(const char* p, double& value) {
+  const char* end = TokenEnd(p);
+  const char* first = (*p == '+' && p + 1 < end && p[1] != '-' && p[1] != '+') ? p + 1 : p;
+  std::from_chars_result result = std::from_chars(first, end, value, std::chars_format::general);
+  if (result.ec == std::errc::invalid_argument) return nullptr;
+  if (result.ec == std::errc::result_out_of_range) {
+    // Too large or too small for a double: the number still counts, as infinity or zero.
+    bool negative = *first == '-';
+    bool tiny = false;
+    for (const char* c = first; c < result.ptr; ++c)
+      if ((*c == 'e' || *c == 'E') && c[1] == '-') tiny = true;
+    value = tiny ? (negative ? -0.0 : 0.0) : (negative ? -HUGE_VAL : HUGE_VAL);
+  }
+  return result.ptr;
+}
+
+// Parses an integer at `p`, saturating; null when no integer starts there.
+const char* ParseInt(const char* p, int& value) {
+  const char* end = TokenEnd(p);
+  const char* first = (*p == '+' && p + 1 < end && IsDigit(p[1])) ? p + 1 : p;
+  long long wide = 0;
+  std::from_chars_result result = std::from_chars(first, end, wide);
+  if (result.ec == std::errc::invalid_argument) return nullptr;
+  if (result.ec == std::errc::result_out_of_range) wide = *first == '-' ? LLONG_MIN : LLONG_MAX;
+  value = wide > INT_MAX ? INT_MAX : (wide < INT_MIN ? INT_MIN : static_cast<int>(wide));
+  return result.ptr;
+}
+
+}  // namespace
+
+bool NumberReader::Next(double& value) {
+  const char* p = SkipSeparators(mCursor);
+  while (*p) {
+    if (const char* end = ParseDouble(p, value)) {
+      mCursor = SkipSeparators(end);
+      return true;
+    }
+    p = SkipSeparators(p + 1);
+  }
+  mCursor = p;
+  return false;
+}
+
+bool NumberReader::NextInt(int& value) {
+  const char* p = SkipSeparators(mCursor);
+  while (*p) {
+    if (const char* end = ParseInt(p, value)) {
+      mCursor = SkipSeparators(end);
+      return true;
+    }
+    p = SkipSeparators(p + 1);
+  }
+  mCursor = p;
+  return false;
+}
+
+double strtodouble(const char** cursor) {
+  if (!cursor || !*cursor) return 0.0;
+  NumberReader reader(*cursor);
+  double value = 0.0;
+  if (!reader.Next(value)) value = 0.0;
+  *cursor = reader.Cursor();
+  return value;
+}
+
+int strtoint(const char** cursor) {
+  if (!cursor || !*cursor) return 0;
+  NumberReader reader(*cursor);
+  int value = 0;
+  if (!reader.NextInt(value)) value = 0;
+  *cursor = reader.Cursor();
+  return value;
+}
+
+void strtoints(const char* text, KArrayTemplate<int>& out) {
+  if (!text) return;
+  std::vector<int>& values = out.Std();
+  const char* p = text;
+  while (*p) {
+    bool starts = IsDigit(*p) || ((*p == '-' || *p == '+') && IsDigit(p[1]));
+    if (!starts) {
+      ++p;
+      continue;
+    }
+    const char* first = *p == '+' ? p + 1 : p;
+    long long wide = 0;
+    // Digits only: the scan stops at the first character that is not part of the integer.
+    const char* end = first + 1;
+    while (IsDigit(*end)) ++end;
+    std::from_chars_result result = std::from_chars(first, end, wide);
+    if (result.ec == std::errc::result_out_of_range) wide = *first == '-' ? LLONG_MIN : LLONG_MAX;
+    values.push_back(wide > INT_MAX ? INT_MAX : (wide < INT_MIN ? INT_MIN : static_cast<int>(wide)));
+    p = end;
+  }
+}
+
+KZylColor strtocolor(const char* text) {
+  NumberReader reader(text);
+  KZylColor color(0.0, 0.0, 0.0, 1.0);
+  reader.Next(color.mRed);
+  reader.Next(color.mGreen);
+  reader.Next(color.mBlue);
+  reader.Next(color.mAlpha);
+  return color;
+}
+
+void strtomatrix(const char*& cursor, KZylXMatrix& out) {
+  NumberReader reader(cursor);
+  out = KZylXMatrix();
+  for (int i = 0; i < 16; ++i) {
+    double value;
+    if (!reader.Next(value)) break;
+    out.mData[i % 4][i / 4] = value;
+  }
+  cursor = reader.Cursor();
+}
+
+void ParseDoubles(const char* text, std::vector<double>& out) {
+  NumberReader reader(text);
+  double value;
+  while (reader.Next(value)) out.push_back(value);
+}
+
+}  // namespace zylsdk

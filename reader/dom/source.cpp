@@ -1,0 +1,138 @@
+#include "reader/dom/source.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <type_traits>
+#include <vector>
+
+#include "reader/dom/dom.h"
+#include "reader/dom/numbers.h"
+
+namespace zylsdk {
+namespace {
+
+// Which items of the array to read, and which positions inside an item feed the components.
+struct AccessorLayout {
+  int64_t offset = 0;
+  int64_t stride = 1;
+  int64_t count = 0;
+  std::vector<int64_t> components;  // positions inside an item, in component order
+};
+
+int64_t ReadInteger(const KString& text, int64_t fallback) {
+  if (text.IsEmpty()) return fallback;
+  const char* cursor = text.Buffer();
+  return strtoint(&cursor);
+}
+
+int ParamWidth(const KString& type) {
+  if (type == "float4x4") return 16;
+  if (type == "float3x3") return 9;
+  return 1;
+}
+
+bool ReadLayout(const xmlNode* source, int64_t valueCount, AccessorLayout& layout) {
+  xmlNode* accessor = findChildByType(getTechniqueCommonNode(source), "accessor");
+  if (!accessor) return false;
+  layout.offset = std::max<int64_t>(0, ReadInteger(DAE_GetProperty(accessor, "offset"), 0));
+  layout.stride = std::max<int64_t>(1, ReadInteger(DAE_GetProperty(accessor, "stride"), 1));
+  int64_t available = valueCount > layout.offset ? valueCount - layout.offset : 0;
+  // Items are read while they start inside the array; without a count, only whole items.
+  int64_t starting = (available + layout.stride - 1) / layout.stride;
+  int64_t whole = available / layout.stride;
+  KString declared = DAE_GetProperty(accessor, "count");
+  layout.count = declared.IsEmpty() ? whole : std::clamp<int64_t>(ReadInteger(declared, 0), 0, starting);
+
+  int64_t position = 0;
+  KArrayTemplate<xmlNode*> params;
+  findChildrenByType(accessor, "param", params);
+  for (xmlNode* param : params) {
+    int width = ParamWidth(DAE_GetProperty(param, "type"));
+    if (!DAE_GetProperty(param, "name").IsEmpty())
+      for (int k = 0; k < width; ++k) layout.components.push_back(position + k);
+    position += width;
+  }
+  return true;
+}
+
+// One component of one value.
+void SetComponent(double& item, int, double value) { item = value; }
+void SetComponent(KZylVector2& item, int k, double value) { item[k] = value; }
+void SetComponent(KZylVector4& item, int k, double value) { item[k] = value; }
+void SetComponent(KZylColor& item, int k, double value) {
+  double* channels[4] = {&item.mRed, &item.mGreen, &item.mBlue, &item.mAlpha};
+  *channels[k] = value;
+}
+void SetComponent(KZylXMatrix& item, int k, double value) { item.mData[k % 4][k / 4] = value; }
+void SetComponent(KString& item, int, const KString& value) { item = value; }
+
+template <class T>
+constexpr int ComponentsOf() {
+  if constexpr (std::is_same_v<T, KZylVector2>) return 2;
+  if constexpr (std::is_same_v<T, KZylVector4> || std::is_same_v<T, KZylColor>) return 4;
+  if constexpr (std::is_same_v<T, KZylXMatrix>) return 16;
+  return 1;
+}
+
+template <class T, class Value>
+void ReadItems(const AccessorLayout& layout, const std::vector<Value>& values, KArrayTemplate<T>& out) {
+  const int64_t size = static_cast<int64_t>(values.size());
+  const size_t components = std::min<size_t>(layout.components.size(), ComponentsOf<T>());
+  out.Reserve(static_cast<int>(layout.count));
+  for (int64_t i = 0; i < layout.count; ++i) {
+    T item{};
+    int64_t base = layout.offset + i * layout.stride;
+    for (size_t k = 0; k < components; ++k) {
+      int64_t at = base + layout.components[k];
+      if (at < size) SetComponent(item, static_cast<int>(k), values[static_cast<size_t>(at)]);
+    }
+    out.Add(item);
+  }
+}
+
+template <class T>
+bool ImportNumbers(const xmlNode* source, KArrayTemplate<T>& out) {
+  out.Clear();
+  xmlNode* array = findChildByType(source, "float_array");
+  if (!array) return false;
+  std::vector<double> values;
+  ParseDoubles(ElementText(array).c_str(), values);
+  AccessorLayout layout;
+  if (!ReadLayout(source, static_cast<int64_t>(values.size()), layout)) return false;
+  ReadItems(layout, values, out);
+  return true;
+}
+
+std::vector<KString> SplitWords(const char* text) {
+  std::vector<KString> words;
+  const char* p = text;
+  while (*p) {
+    while (*p == ' ' || *p == '\t' || *p == '\n' || *p == '\r') ++p;
+    const char* start = p;
+    while (*p && *p != ' ' && *p != '\t' && *p != '\n' && *p != '\r') ++p;
+    if (p > start) words.emplace_back(start, static_cast<size_t>(p - start));
+  }
+  return words;
+}
+
+}  // namespace
+
+bool ImportSource(const xmlNode* source, KArrayTemplate<double>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector2>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector4>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylColor>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out) { return ImportNumbers(source, out); }
+
+bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out) {
+  out.Clear();
+  xmlNode* array = findChildByType(source, "Name_array");
+  if (!array) array = findChildByType(source, "IDREF_array");
+  if (!array) return false;
+  std::vector<KString> words = SplitWords(ElementText(array).c_str());
+  AccessorLayout layout;
+  if (!ReadLayout(source, static_cast<int64_t>(words.size()), layout)) return false;
+  ReadItems(layout, words, out);
+  return true;
+}
+
+}  // namespace zylsdk

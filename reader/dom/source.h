@@ -1,0 +1,30 @@
+#pragma once
+// Reading a COLLADA `source`: its data array seen through its common accessor.
+//
+// The accessor's `offset` (default 0), `stride` (default 1) and `count` (default: as many
+// items as fit) select the items; its named `param`s select, in order, the components that
+// fill each value (an unnamed param skips its component; a float4x4 param spans 16). Items
+// are read only as far as the array's values reach: the declared counts of the document never
+// decide how much is allocated. Missing components are 0 (a colour's alpha 1, a matrix's
+// from the identity).
+
+#include <libxml/tree.h>
+
+#include "kit/karray.h"
+#include "kit/kmath.h"
+#include "kit/kstring.h"
+
+namespace zylsdk {
+
+// Each fills `out` (emptied first) and returns false for a null source or one without the
+// array it needs (`float_array`; `Name_array` or `IDREF_array` for texts) or without an
+// accessor.
+bool ImportSource(const xmlNode* source, KArrayTemplate<double>& out);
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector2>& out);
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector4>& out);
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylColor>& out);
+// Matrices are converted as COLLADA writes them: value 4r+c goes to the kit's row c, column r.
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out);
+bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out);
+
+}  // namespace zylsdk

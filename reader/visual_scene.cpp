@@ -1,0 +1,82 @@
+// Visual scenes, each built into a scene of its own, and the `scene` element that copies the
+// chosen ones into the application's scene.
+
+#include <cstring>
+
+#include "reader/collada_reader.h"
+#include "reader/dom/dom.h"
+
+namespace zylsdk {
+namespace {
+
+// The default views of modelling packages, which are not part of a scene's content.
+const char* const kDefaultCameras[] = {"persp", "top", "bottom", "left", "right", "side", "front", "back"};
+
+}  // namespace
+
+bool KZylReaderCollada::ImportVisualScene(xmlNode* visualScene) {
+  const KString id = DAE_GetProperty(visualScene, "id");
+  KZylScene* scene = KZylScene::Create(mManager, "");
+  for (xmlNode* child = firstChildElement(visualScene); child; child = nextSiblingElement(child)) {
+    const char* name = DAE_GetName(child);
+    if (std::strcmp(name, "node") == 0) {
+      KString nodeName = DAE_GetProperty(child, "name");
+      KString nodeId = DAE_GetProperty(child, "id");
+      if (!IsNodeExportable(nodeId)) continue;
+      // Nodes are named after their COLLADA id.
+      KZylNode* node = KZylNode::Create(mManager, nodeId.Buffer());
+      node->SetTransformationInheritType(eInheritRSrs);
+      if (!(mStatus = ImportNode(child, *node, nodeId))) return false;
+      KZylNode* root = scene->GetRootNode();
+      if (!root->AddChild(node)) {
+        AddNotificationError("could not add node " + nodeName + "\nError: " + root->GetLastErrorString());
+        return false;
+      }
+    } else if (std::strcmp(name, "extra") == 0) {
+      // Names the visual scene element itself, so the text always ends in "visual_scene".
+      AddNotificationWarning(KString("Extra node is not supported in node ") + DAE_GetName(visualScene));
+    } else if (std::strcmp(name, "boundingbox") == 0) {
+      WarnOnce("boundingbox", "Bounding boxes are not supported");
+    } else {
+      AddNotificationError(KString("structure ") + name + " unknown");
+      return false;
+    }
+  }
+  // Every bind pose made so far: a second visual scene receives the first one's poses too.
+  for (KZylPose* pose : mState->bindPoses) scene->AddPose(pose);
+  mState->visualScenes.Add(id, scene);
+  return true;
+}
+
+bool KZylReaderCollada::ImportScene(KZylScene& scene, xmlNode* sceneElement) {
+  for (xmlNode* child = firstChildElement(sceneElement); child; child = nextSiblingElement(child)) {
+    const char* name = DAE_GetName(child);
+    if (std::strcmp(name, "instance_visual_scene") == 0) {
+      KString url = DAE_GetUrl(child);
+      KZylScene* visualScene = mState->visualScenes.Lookup(url);
+      if (!mState->visualScenes.Contains(url) || !visualScene) {
+        AddNotificationError("Scene not found: " + url);
+        return false;
+      }
+      if (!(mStatus = CopyScene(&scene, visualScene))) return false;
+    } else if (std::strcmp(name, "instance_physics_scene") == 0) {
+      AddNotificationWarning(KString("structure ") + name + " is not supported.");
+    } else {
+      AddNotificationError(KString("structure ") + name + " unknown");
+      return false;
+    }
+  }
+  return true;
+}
+
+bool KZylReaderCollada::IsNodeExportable(const KString& id) {
+  for (const char* camera : kDefaultCameras) {
+    if (id == camera) {
+      AddNotificationWarning("Camera " + id + " will not be imported.");
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace zylsdk

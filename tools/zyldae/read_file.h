@@ -1,0 +1,25 @@
+#pragma once
+// Reads one document exactly as an application would: a manager, the COLLADA reader from it,
+// FileOpen, GetReadOptions, Read into a fresh scene, FileClose.
+
+#include <memory>
+#include <vector>
+
+#include "kit/zylsdk.h"
+
+namespace zyldae {
+
+struct ReadResult {
+  std::unique_ptr<zylsdk::KZylSdkManager> manager;
+  zylsdk::KZylScene* scene = nullptr;  // owned by the manager
+  bool opened = false;                 // FileOpen accepted the file
+  bool ok = false;                     // Read returned true
+  int lastErrorId = 0;
+  zylsdk::KString lastErrorText;
+  zylsdk::KString errorText;
+  std::vector<zylsdk::KZylUserNotification::Detail> notifications;
+};
+
+ReadResult ReadDocument(const zylsdk::KString& path);
+
+}  // namespace zyldae

@@ -1,0 +1,15 @@
+#pragma once
+// The JSON dump of a read: the tool's observable contract (see docs/dump-format.md).
+
+#include "tools/zyldae/json_writer.h"
+#include "tools/zyldae/read_file.h"
+
+namespace zyldae {
+
+// The whole dump document of a read of `file`. `brief` leaves out the long arrays and keeps
+// their counts.
+Json DumpRead(const ReadResult& read, const zylsdk::KString& file, bool brief);
+// The "scene" part alone.
+Json DumpScene(const zylsdk::KZylScene& scene, bool brief);
+
+}  // namespace zyldae
