@@ -1,0 +1,35 @@
+#pragma once
+// Shared pieces of the benchmarks: timing, writing generated documents, and the two
+// measurements every benchmark compares: libxml2's parse of a file alone, and our whole read.
+
+#include <chrono>
+#include <string>
+
+namespace zylbench {
+
+// Seconds of wall time that `work` takes, best of `repeats` runs.
+template <class Work>
+double BestSeconds(int repeats, Work&& work) {
+  double best = 1e300;
+  for (int i = 0; i < repeats; ++i) {
+    auto start = std::chrono::steady_clock::now();
+    work();
+    std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    if (elapsed.count() < best) best = elapsed.count();
+  }
+  return best;
+}
+
+// Writes `contents` to a file in the temporary folder and returns its path.
+std::string WriteTemporary(const std::string& name, const std::string& contents);
+
+// libxml2's parse of the file (with the reader's options), nothing else.
+void ParseOnly(const std::string& path);
+// The whole read through the manager and the reader, as an application does it; returns
+// whether it succeeded.
+bool ReadWhole(const std::string& path);
+
+// Prints one line: what was measured, the two times and their ratio.
+void Report(const std::string& what, double parseSeconds, double readSeconds);
+
+}  // namespace zylbench
