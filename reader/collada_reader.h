@@ -117,6 +117,9 @@ class KZylReaderCollada : public KZylReader {
   void CopyLink(KZylCluster* destination, KZylCluster* source);
   void CopyPose(KZylPose* destination, KZylPose* source);
   void UpdateLinkInHierarchy(KZylScene* scene, KZylNode* node);
+  // A new cluster (name ""), remembered in the state's clusters: every cluster the reader
+  // makes is created here.
+  KZylCluster* CreateCluster();
 
   // ---------------------------------------------------------------- geometry and controllers
   bool ImportGeometry(xmlNode* geometry);

@@ -10,4 +10,10 @@ void KZylReaderCollada::CopyNull(KZylNull*, KZylNull*) {}
 void KZylReaderCollada::CopySkeleton(KZylSkeleton*, KZylSkeleton*) {}
 void KZylReaderCollada::CopyLink(KZylCluster*, KZylCluster*) {}
 
+KZylCluster* KZylReaderCollada::CreateCluster() {
+  KZylCluster* cluster = KZylCluster::Create(mManager, "");
+  mState->clusters.push_back(cluster);
+  return cluster;
+}
+
 }  // namespace zylsdk
