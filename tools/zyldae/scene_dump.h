@@ -1,5 +1,5 @@
 #pragma once
-// The JSON dump of a read: the tool's observable contract (see docs/dump-format.md).
+// The JSON dump of a read: the tool's observable contract (docs/dump.md describes it).
 
 #include "tools/zyldae/json_writer.h"
 #include "tools/zyldae/read_file.h"
