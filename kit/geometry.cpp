@@ -1,6 +1,7 @@
 #include "kit/geometry.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "kit/deformer.h"
 #include "kit/manager.h"
@@ -185,6 +186,16 @@ void KZylMesh::AddPolygon(int index, int) {
 }
 
 void KZylMesh::EndPolygon() { mPolygonOpen = false; }
+
+void KZylMesh::ReservePolygons(int64_t polygons, int64_t vertices) {
+  // Geometric growth, so that many small reservations stay linear.
+  auto reserve = [](auto& items, int64_t more) {
+    const size_t needed = items.size() + static_cast<size_t>(std::clamp<int64_t>(more, 0, INT_MAX));
+    if (needed > items.capacity()) items.reserve(std::max(needed, 2 * items.capacity()));
+  };
+  reserve(mPolygons, polygons);
+  reserve(mPolygonVertices.Std(), vertices);
+}
 
 int KZylMesh::GetPolygonSize(int polygon) const {
   return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[static_cast<size_t>(polygon)].size : -1;

@@ -133,6 +133,9 @@ class KZylMesh : public KZylGeometry {
   // Appends a control-point index to the open polygon; without one, starts a polygon first.
   void AddPolygon(int index, int textureUVIndex = -1);
   void EndPolygon();
+  // Makes room for `polygons` more polygons holding `vertices` more vertices in all, so that
+  // building a large mesh does not move its arrays while they grow.
+  void ReservePolygons(int64_t polygons, int64_t vertices);
 
   int GetPolygonCount() const { return static_cast<int>(mPolygons.size()); }
   // The number of vertices of a polygon; -1 for an index outside the polygons.

@@ -1,9 +1,118 @@
+// Geometries: one mesh per `geometry`, its control points from `vertices`, then its polygons.
+
 #include "reader/collada_reader.h"
+#include "reader/dom/dom.h"
+#include "reader/geometry/mesh_sources.h"
 
 namespace zylsdk {
 
-bool KZylReaderCollada::ImportGeometry(xmlNode*) { return true; }
-bool KZylReaderCollada::ImportMesh(xmlNode*, KZylMesh*) { return true; }
-bool KZylReaderCollada::ImportVertices(xmlNode*, KZylGeometry*) { return true; }
+bool KZylReaderCollada::ImportGeometry(xmlNode* geometry) {
+  const KString id = DAE_GetProperty(geometry, "id");
+  bool meshRead = false;
+  for (xmlNode* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
+    // Only meshes are read: any other child fails the geometry, even after its mesh.
+    if (!DAE_IsElement(child, "mesh")) {
+      AddNotificationError(KString("Unrecognized geometry element: ") + DAE_GetName(child));
+      return false;
+    }
+    if (meshRead) {
+      AddNotificationError("more than one mesh defined for library " + id);
+      return false;
+    }
+    // The mesh is registered under the geometry's id; it keeps an empty name.
+    KZylMesh* mesh = KZylMesh::Create(mManager, "");
+    if (!(mStatus = ImportMesh(child, mesh))) return false;
+    mState->nodeAttributes.Add(id, mesh);
+    meshRead = true;
+  }
+  if (!meshRead) {
+    AddNotificationError("no mesh found for library " + id);
+    return false;
+  }
+  return true;
+}
+
+bool KZylReaderCollada::ImportMesh(xmlNode* meshElement, KZylMesh* mesh) {
+  if (!mesh->GetLayer(0)) mesh->CreateLayer();
+  if (!mesh->GetNormals()) mesh->InitNormals(0);
+  if (!(mStatus = ImportVertices(meshElement, mesh))) return false;
+  mStatus = ImportPolygons(meshElement, *mesh);
+  return mStatus;
+}
+
+namespace {
+
+// Points `out` at the values of the source an input of `vertices` names; false (with the
+// error said) when the source is missing or unreadable.
+template <class T>
+bool ReadVerticesSource(KZylReaderCollada& reader, MeshSources& sources, const KString& attribute,
+                        const KArrayTemplate<T>*& out) {
+  if (!sources.Find(attribute)) {
+    reader.AddNotificationError("source " + attribute + " not source in vertices input");
+    return false;
+  }
+  out = sources.Read<T>(attribute);
+  if (!out) {
+    reader.AddNotificationError("reading array in <source>: " + attribute);
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool KZylReaderCollada::ImportVertices(xmlNode* meshElement, KZylGeometry* geometry) {
+  xmlNode* vertices = findChildByType(meshElement, "vertices");
+  if (!vertices) {
+    AddNotificationError("<vertex> node not found");
+    return false;
+  }
+
+  MeshSources sources(meshElement);
+  const KArrayTemplate<KZylVector4> none;
+  const KArrayTemplate<KZylVector4>* positions = &none;
+  const KArrayTemplate<KZylVector4>* normals = &none;
+  const KArrayTemplate<KZylColor>* colors = nullptr;
+  KArrayTemplate<xmlNode*> inputs;
+  findChildrenByType(vertices, "input", inputs);
+  for (xmlNode* input : inputs) {
+    const KString semantic = DAE_GetProperty(input, "semantic");
+    const KString source = DAE_GetProperty(input, "source");
+    bool ok = true;
+    if (semantic == "POSITION") {
+      ok = ReadVerticesSource(*this, sources, source, positions);
+    } else if (semantic == "NORMAL") {
+      ok = ReadVerticesSource(*this, sources, source, normals);
+    } else if (semantic == "COLOR") {
+      ok = ReadVerticesSource(*this, sources, source, colors);
+    } else if (semantic == "UV" || semantic == "TEXCOORD") {
+      // Texture coordinates are read from the polygons' inputs only.
+      WarnOnce(semantic, semantic + " not supported in vertices input");
+    } else {
+      AddNotificationError(semantic + " not supported in vertices input");
+      return false;
+    }
+    if (!ok) return false;
+  }
+
+  // Normals go with the control points only when there is one for each.
+  const int count = positions->GetCount();
+  const bool withNormals = normals->GetCount() >= count;
+  geometry->InitControlPointArray(count);
+  geometry->InitNormals(count);
+  const KZylVector4 noNormal;
+  for (int i = 0; i < count; ++i) geometry->SetControlPointAndNormal((*positions)[i], withNormals ? (*normals)[i] : noNormal, i);
+
+  if (!colors || colors->IsEmpty()) return true;
+  KZylLayer* layer = geometry->GetLayer(0);
+  if (!layer->GetVertexColors()) layer->SetVertexColors(mManager->CreateKZylLayerElementVertexColor(""));
+  KZylLayerElementVertexColor* element = layer->GetVertexColors();
+  element->SetMappingMode(KZylLayerElement::eByControlPoint);
+  element->SetReferenceMode(KZylLayerElement::eDirect);
+  KArrayTemplate<KZylColor>& direct = element->GetDirectArray();
+  direct.Reserve(direct.GetCount() + colors->GetCount());
+  for (const KZylColor& color : *colors) direct.Add(color);
+  return true;
+}
 
 }  // namespace zylsdk

@@ -1,0 +1,60 @@
+#pragma once
+// The `source` elements of one `mesh`, found by the attributes that name them ("#id") and read
+// once per kind of value, however many inputs of the mesh refer to them.
+
+#include <libxml/tree.h>
+
+#include <string>
+#include <tuple>
+#include <unordered_map>
+
+#include "kit/karray.h"
+#include "kit/kmath.h"
+#include "kit/kstring.h"
+#include "reader/dom/source.h"
+
+namespace zylsdk {
+
+class MeshSources {
+ public:
+  explicit MeshSources(const xmlNode* mesh) : mMesh(mesh) {}
+
+  // The element below the mesh whose id is the attribute less its first character (the "#" of
+  // a local reference, dropped without being looked at); null when there is none.
+  const xmlNode* Find(const KString& attribute);
+
+  // The values of that source as vectors, colours or texture coordinates; null when there is
+  // no such source or it cannot be read.
+  template <class T>
+  const KArrayTemplate<T>* Read(const KString& attribute) {
+    Entry& entry = EntryOf(attribute);
+    Values<T>& values = std::get<Values<T>>(entry.values);
+    if (!values.read) {
+      values.read = true;
+      values.ok = ImportSource(entry.element, values.items);
+    }
+    return values.ok ? &values.items : nullptr;
+  }
+
+ private:
+  template <class T>
+  struct Values {
+    bool read = false;
+    bool ok = false;
+    KArrayTemplate<T> items;
+  };
+  struct Entry {
+    const xmlNode* element = nullptr;
+    std::tuple<Values<KZylVector4>, Values<KZylColor>, Values<KZylVector2>> values;
+  };
+
+  Entry& EntryOf(const KString& attribute);
+
+  const xmlNode* mMesh;
+  bool mIndexed = false;
+  // Every id below the mesh to its first element in document order, built on first use.
+  std::unordered_map<std::string, const xmlNode*> mElementsById;
+  std::unordered_map<KString, Entry> mEntries;
+};
+
+}  // namespace zylsdk
