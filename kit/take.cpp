@@ -20,7 +20,10 @@ int KFCurve::KeyAdd(KTime time, int*) {
   if (at != mKeys.end() && at->time == time) return static_cast<int>(at - mKeys.begin());
   KFCurveKey key;
   key.time = time;
-  return static_cast<int>(mKeys.insert(at, key) - mKeys.begin());
+  // The position is taken before inserting: the insertion may move the keys.
+  const auto index = at - mKeys.begin();
+  mKeys.insert(at, key);
+  return static_cast<int>(index);
 }
 
 void KFCurve::KeySet(int index, KTime time, float value, int interpolation, int tangentMode, float rightDerivative,

@@ -13,6 +13,13 @@ void RefuseEntityDeclaration(void* context, const xmlChar*, int, const xmlChar*,
   xmlStopParser(static_cast<xmlParserCtxtPtr>(context));
 }
 
+// Parse errors are only recorded in the context (the tool explains them); nothing is printed.
+// Without this handler libxml2 prints some of them, such as a file it cannot load, even when
+// told not to report errors and warnings. (The error parameter is const in some libxml2
+// versions only, hence the template.)
+template <class Error>
+void IgnoreError(void*, Error) {}
+
 struct ParserContextDeleter {
   void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
 };
@@ -23,6 +30,7 @@ XmlDocumentPtr ParseXmlFile(const KString& path, XmlParseFailure* failure) {
   std::unique_ptr<xmlParserCtxt, ParserContextDeleter> context(xmlNewParserCtxt());
   if (!context) return nullptr;
   context->sax->entityDecl = RefuseEntityDeclaration;
+  context->sax->serror = IgnoreError;
   XmlDocumentPtr document(xmlCtxtReadFile(context.get(), path.Buffer(), nullptr, kParseOptions));
   if (context->errNo == XML_ERR_USER_STOP) {
     document.reset();

@@ -16,34 +16,93 @@ const char* SkipSeparators(const char* p) {
   return p;
 }
 
-// End of the token that starts at `p`: the next separator or the end of the text.
-const char* TokenEnd(const char* p) {
-  while (*p && !IsSeparator(*p)) ++p;
-  return p;
+bool StartsWithNoCase(const char* p, const char* word) {
+  for (; *word; ++p, ++word)
+    if (*p == '\0' || (*p | 0x20) != *word) return false;
+  return true;
+}
+
+// End of the characters at `p` that can form one floating-point number: a sign, then "inf",
+// "infinity", "nan" (with an optional "(chars)"), or digits with at most one point followed by
+// an exponent. The scan never goes further than the number itself (plus the sign and the point
+// of a failed start), so a text of any content is read in time proportional to its length.
+const char* DoubleExtent(const char* p) {
+  const char* q = p;
+  if (*q == '+' || *q == '-') ++q;
+  if (StartsWithNoCase(q, "infinity")) return q + 8;
+  if (StartsWithNoCase(q, "inf")) return q + 3;
+  if (StartsWithNoCase(q, "nan")) {
+    q += 3;
+    if (*q != '(') return q;
+    const char* close = q + 1;
+    while (IsDigit(*close) || ((*close | 0x20) >= 'a' && (*close | 0x20) <= 'z') || *close == '_') ++close;
+    return *close == ')' ? close + 1 : q;
+  }
+  bool digits = false;
+  for (; IsDigit(*q); ++q) digits = true;
+  if (*q == '.')
+    for (++q; IsDigit(*q); ++q) digits = true;
+  if (!digits) return q;
+  if (*q == 'e' || *q == 'E') {
+    const char* exponent = q + 1;
+    if (*exponent == '+' || *exponent == '-') ++exponent;
+    if (IsDigit(*exponent)) {
+      q = exponent;
+      while (IsDigit(*q)) ++q;
+    }
+  }
+  return q;
+}
+
+// Whether a decimal number that a double cannot hold is too large (rather than too small):
+// the position of its first significant digit plus its exponent tells.
+bool TooLarge(const char* first, const char* last) {
+  const char* c = first;
+  if (c < last && (*c == '+' || *c == '-')) ++c;
+  long long magnitude = 0;
+  bool significant = false;
+  for (; c < last && IsDigit(*c); ++c) {
+    significant = significant || *c != '0';
+    if (significant) ++magnitude;
+  }
+  if (c < last && *c == '.') {
+    for (++c; c < last && IsDigit(*c); ++c) {
+      if (!significant && *c == '0') --magnitude;
+      significant = significant || *c != '0';
+    }
+  }
+  long long exponent = 0;
+  if (c < last && (*c == 'e' || *c == 'E')) {
+    ++c;
+    bool negative = c < last && *c == '-';
+    if (c < last && (*c == '+' || *c == '-')) ++c;
+    for (; c < last && IsDigit(*c); ++c) exponent = exponent < 1000000000 ? exponent * 10 + (*c - '0') : exponent;
+    if (negative) exponent = -exponent;
+  }
+  return magnitude + exponent > 0;
 }
 
 // Parses a floating-point number at `p` (a leading '+' accepted); the end of what was read, or
 // null when no number starts there.
 const char* ParseDouble(const char* p, double& value) {
-  const char* end = TokenEnd(p);
-  const char* first = (*p == '+' && p + 1 < end && p[1] != '-' && p[1] != '+') ? p + 1 : p;
+  const char* end = DoubleExtent(p);
+  const char* first = (*p == '+' && p + 1 < end) ? p + 1 : p;
   std::from_chars_result result = std::from_chars(first, end, value, std::chars_format::general);
   if (result.ec == std::errc::invalid_argument) return nullptr;
   if (result.ec == std::errc::result_out_of_range) {
     // Too large or too small for a double: the number still counts, as infinity or zero.
     bool negative = *first == '-';
-    bool tiny = false;
-    for (const char* c = first; c < result.ptr; ++c)
-      if ((*c == 'e' || *c == 'E') && c[1] == '-') tiny = true;
-    value = tiny ? (negative ? -0.0 : 0.0) : (negative ? -HUGE_VAL : HUGE_VAL);
+    value = TooLarge(first, result.ptr) ? (negative ? -HUGE_VAL : HUGE_VAL) : (negative ? -0.0 : 0.0);
   }
   return result.ptr;
 }
 
 // Parses an integer at `p`, saturating; null when no integer starts there.
 const char* ParseInt(const char* p, int& value) {
-  const char* end = TokenEnd(p);
-  const char* first = (*p == '+' && p + 1 < end && IsDigit(p[1])) ? p + 1 : p;
+  // A sign and digits: nothing further can belong to the integer.
+  const char* end = (*p == '+' || *p == '-') ? p + 1 : p;
+  while (IsDigit(*end)) ++end;
+  const char* first = (*p == '+' && IsDigit(p[1])) ? p + 1 : p;
   long long wide = 0;
   std::from_chars_result result = std::from_chars(first, end, wide);
   if (result.ec == std::errc::invalid_argument) return nullptr;

@@ -1,0 +1,184 @@
+// KZylProperty: typed writes that refuse what does not fit, typed reads, and dynamic
+// properties; the read options' properties.
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <limits>
+
+#include "kit/zylsdk.h"
+
+namespace {
+
+using namespace zylsdk;
+
+class PropertyTest : public ::testing::Test {
+ protected:
+  KZylProperty Make(const char* name, EZylType type) { return KZylProperty::Create(owner, name, type); }
+  KZylSdkManager manager;
+  KZylNull* owner = KZylNull::Create(&manager, "owner");
+};
+
+TEST_F(PropertyTest, CreateAddsADynamicPropertyOnce) {
+  KZylProperty weight = KZylProperty::Create(owner, "weight", DTDouble, "Weight");
+  ASSERT_TRUE(weight.IsValid());
+  EXPECT_TRUE(weight.IsDynamic());
+  EXPECT_EQ(weight.GetName(), "weight");
+  EXPECT_EQ(weight.GetLabel(), "Weight");
+  EXPECT_EQ(weight.GetPropertyDataType(), eZylDouble);
+  EXPECT_EQ(weight.GetDouble(), 0.0);
+  int count = owner->GetPropertyCount();
+  weight.Set(0.25);
+  // A second Create of the same name gives the existing property, whatever the type asked.
+  KZylProperty again = KZylProperty::Create(owner, "weight", eZylString);
+  EXPECT_EQ(owner->GetPropertyCount(), count);
+  EXPECT_EQ(again.GetPropertyDataType(), eZylDouble);
+  EXPECT_EQ(again.GetDouble(), 0.25);
+  EXPECT_EQ(owner->FindProperty("weight").GetDouble(), 0.25);
+  EXPECT_FALSE(owner->FindProperty("Weight").IsValid());
+  EXPECT_FALSE(KZylProperty::Create(nullptr, "x", DTDouble).IsValid());
+}
+
+TEST_F(PropertyTest, DoubleAcceptsNumbersOnly) {
+  KZylProperty p = Make("d", eZylDouble);
+  EXPECT_TRUE(p.Set(2.5));
+  EXPECT_EQ(p.GetDouble(), 2.5);
+  EXPECT_TRUE(p.Set(3));
+  EXPECT_EQ(p.GetDouble(), 3.0);
+  EXPECT_TRUE(p.Set(true));
+  EXPECT_EQ(p.GetDouble(), 1.0);
+  EXPECT_FALSE(p.Set("text"));
+  EXPECT_FALSE(p.Set(KZylColor(1, 2, 3)));
+  EXPECT_FALSE(p.Set(KTime(5)));
+  EXPECT_EQ(p.GetDouble(), 1.0);
+  EXPECT_EQ(p.GetString(), "");
+  EXPECT_EQ(p.GetNumbers(), std::vector<double>{1.0});
+}
+
+TEST_F(PropertyTest, IntegerTruncatesAndSaturates) {
+  KZylProperty p = Make("i", eZylInteger);
+  EXPECT_TRUE(p.Set(7.9));
+  EXPECT_EQ(p.GetInt(), 7);
+  EXPECT_TRUE(p.Set(-7.9));
+  EXPECT_EQ(p.GetInt(), -7);
+  EXPECT_TRUE(p.Set(1e30));
+  EXPECT_EQ(p.GetInt(), INT_MAX);
+  EXPECT_TRUE(p.Set(-1e30));
+  EXPECT_EQ(p.GetInt(), INT_MIN);
+  EXPECT_TRUE(p.Set(std::numeric_limits<double>::quiet_NaN()));
+  EXPECT_EQ(p.GetInt(), 0);
+  EXPECT_TRUE(p.Set(INT_MAX));
+  EXPECT_EQ(p.GetInt(), INT_MAX);
+}
+
+TEST_F(PropertyTest, BoolAndFloatNormaliseTheirValues) {
+  KZylProperty flag = Make("b", eZylBool);
+  EXPECT_TRUE(flag.Set(5.0));
+  EXPECT_TRUE(flag.GetBool());
+  EXPECT_EQ(flag.GetDouble(), 1.0);
+  EXPECT_TRUE(flag.Set(false));
+  EXPECT_FALSE(flag.GetBool());
+
+  KZylProperty single = Make("f", eZylFloat);
+  EXPECT_TRUE(single.Set(0.1));
+  EXPECT_EQ(single.GetDouble(), static_cast<double>(0.1f));
+}
+
+TEST_F(PropertyTest, ColourPropertiesHoldThreeComponents) {
+  KZylProperty colour = Make("c", DTColor3);
+  EXPECT_TRUE(colour.Set(KZylColor(0.1, 0.2, 0.3, 0.4)));
+  EXPECT_EQ(colour.GetColor(), KZylColor(0.1, 0.2, 0.3, 1.0));  // alpha dropped
+  EXPECT_EQ(colour.GetNumbers(), (std::vector<double>{0.1, 0.2, 0.3}));
+  EXPECT_FALSE(colour.Set(0.5));
+  EXPECT_FALSE(colour.Set("red"));
+  EXPECT_EQ(colour.GetDouble(), 0.1);
+  EXPECT_TRUE(colour.Set(KZylVector4(1, 2, 3, 4)));
+  EXPECT_EQ(colour.GetVector4(), KZylVector4(1, 2, 3, 0));
+
+  KZylProperty four = Make("c4", eZylDouble4);
+  EXPECT_TRUE(four.Set(KZylColor(0.1, 0.2, 0.3, 0.4)));
+  EXPECT_EQ(four.GetColor(), KZylColor(0.1, 0.2, 0.3, 0.4));
+  EXPECT_EQ(four.GetVector4(), KZylVector4(0.1, 0.2, 0.3, 0.4));
+}
+
+TEST_F(PropertyTest, MatrixStringAndTimeProperties) {
+  KZylProperty matrix = Make("m", eZylDouble44);
+  EXPECT_TRUE(matrix.GetMatrix().IsIdentity());  // a new matrix property is the identity
+  KZylMatrix value;
+  value.mData[3][0] = 5.0;
+  EXPECT_TRUE(matrix.Set(value));
+  EXPECT_EQ(matrix.GetMatrix(), value);
+  EXPECT_EQ(matrix.GetNumbers().size(), 16u);
+  EXPECT_FALSE(matrix.Set(1.0));
+
+  KZylProperty text = Make("s", eZylString);
+  EXPECT_TRUE(text.Set("phong"));
+  EXPECT_EQ(text.GetString(), "phong");
+  EXPECT_FALSE(text.Set(1.0));
+  EXPECT_EQ(text.GetDouble(), 0.0);
+  EXPECT_TRUE(text.GetNumbers().empty());
+
+  KZylProperty time = Make("t", eZylTime);
+  EXPECT_TRUE(time.Set(KTime(1234)));
+  EXPECT_EQ(time.GetTime(), KTime(1234));
+  EXPECT_FALSE(time.Set(2.0));
+  EXPECT_FALSE(text.Set(KTime(1)));
+}
+
+TEST_F(PropertyTest, InvalidHandlesDoNothing) {
+  KZylProperty none = owner->FindProperty("missing");
+  EXPECT_FALSE(none.IsValid());
+  EXPECT_FALSE(none.Set(1.0));
+  EXPECT_FALSE(none.Set("x"));
+  EXPECT_EQ(none.GetDouble(), 0.0);
+  EXPECT_EQ(none.GetName(), "");
+  EXPECT_EQ(none.GetPropertyDataType(), eZylUndefined);
+  EXPECT_FALSE(owner->GetProperty(-1).IsValid());
+  EXPECT_FALSE(owner->GetProperty(owner->GetPropertyCount()).IsValid());
+  EXPECT_FALSE(KZylProperty().IsValid());
+}
+
+TEST_F(PropertyTest, CloneCopiesPropertyValues) {
+  KZylSurfacePhong* phong = KZylSurfacePhong::Create(&manager, "blinn1");
+  phong->GetDiffuseColor().Set(KZylColor(0.5, 0.25, 0.125));
+  KZylProperty::Create(phong, "extra", DTDouble).Set(3.0);
+  auto* copy = static_cast<KZylSurfacePhong*>(phong->Clone());
+  ASSERT_NE(copy, nullptr);
+  ASSERT_TRUE(copy->Is(KZylSurfacePhong::ClassId));
+  EXPECT_EQ(copy->GetName(), "blinn1");
+  EXPECT_EQ(copy->GetDiffuseColor().GetColor(), KZylColor(0.5, 0.25, 0.125));
+  EXPECT_EQ(copy->FindProperty("extra").GetDouble(), 3.0);
+  // Independent: changing the copy leaves the original.
+  copy->GetDiffuseColor().Set(KZylColor(1, 1, 1));
+  EXPECT_EQ(phong->GetDiffuseColor().GetColor(), KZylColor(0.5, 0.25, 0.125));
+  EXPECT_EQ(copy->GetShadingModel().GetString(), "phong");
+}
+
+TEST_F(PropertyTest, ColladaReadOptionsHaveStartAndFrameCount) {
+  KZylStreamOptionsColladaReader* options = KZylStreamOptionsColladaReader::Create(&manager, "");
+  KZylProperty start = options->GetOption("START");
+  KZylProperty frames = options->GetOption("FRAME COUNT");
+  ASSERT_TRUE(start.IsValid());
+  ASSERT_TRUE(frames.IsValid());
+  EXPECT_EQ(start.GetPropertyDataType(), eZylTime);
+  EXPECT_EQ(frames.GetPropertyDataType(), eZylInteger);
+  EXPECT_FALSE(options->GetOption("STOP").IsValid());
+  options->SetTimeMode(0, 24.0);
+  EXPECT_EQ(options->GetTimeMode(), 0);
+  EXPECT_EQ(options->GetCustomFrameRate(), 24.0);
+}
+
+TEST_F(PropertyTest, TimeConvertsSecondsToTicks) {
+  KTime time;
+  time.SetSecondDouble(1.5);
+  EXPECT_EQ(time.Get(), 3 * KTime::kTicksPerSecond / 2);
+  EXPECT_DOUBLE_EQ(time.GetSecondDouble(), 1.5);
+  time.SetSecondDouble(std::numeric_limits<double>::quiet_NaN());
+  EXPECT_EQ(time.Get(), 0);
+  time.SetSecondDouble(1e300);
+  EXPECT_EQ(time.Get(), std::numeric_limits<int64_t>::max());
+  time.SetSecondDouble(-1e300);
+  EXPECT_EQ(time.Get(), std::numeric_limits<int64_t>::min());
+}
+
+}  // namespace

@@ -1,0 +1,276 @@
+// Numbers in document text: separators, a leading ".", saturation, the end of the text, texts
+// without numbers, the C locale, and time proportional to the text's length.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <climits>
+#include <cmath>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "reader/dom/numbers.h"
+#include "tests/reader/decimal_comma_locale.h"
+
+namespace {
+
+using namespace zylsdk;
+
+// Every number strtodouble reads from `text`, checking that the cursor stays inside the text.
+std::vector<double> ReadAllDoubles(const char* text, int count) {
+  std::vector<double> values;
+  const char* cursor = text;
+  const char* end = text + std::strlen(text);
+  for (int i = 0; i < count; ++i) {
+    values.push_back(strtodouble(&cursor));
+    EXPECT_TRUE(cursor >= text && cursor <= end);
+  }
+  return values;
+}
+
+TEST(Strtodouble, ReadsNumbersSeparatedBySpacesAndCommas) {
+  EXPECT_EQ(ReadAllDoubles("1.5 2,3\n-4e2\t\r+7 , 8", 6), (std::vector<double>{1.5, 2, 3, -400, 7, 8}));
+}
+
+TEST(Strtodouble, MovesTheCursorPastTheNumberAndTheSeparatorsAfterIt) {
+  const char* text = "  12.5 ,  x";
+  const char* cursor = text;
+  EXPECT_EQ(strtodouble(&cursor), 12.5);
+  EXPECT_STREQ(cursor, "x");
+}
+
+TEST(Strtodouble, AcceptsALeadingPoint) {
+  EXPECT_EQ(ReadAllDoubles(".5 -.25 +.75 5.", 4), (std::vector<double>{0.5, -0.25, 0.75, 5.0}));
+}
+
+TEST(Strtodouble, GivesZeroWithoutANumberAndNeverReadsPastTheEnd) {
+  const char* empty = "";
+  const char* cursor = empty;
+  EXPECT_EQ(strtodouble(&cursor), 0.0);
+  EXPECT_EQ(cursor, empty);
+  const char* words = "abc";
+  cursor = words;
+  EXPECT_EQ(strtodouble(&cursor), 0.0);
+  EXPECT_EQ(*cursor, '\0');
+  EXPECT_EQ(strtodouble(&cursor), 0.0);  // again at the end: still 0, still there
+  EXPECT_EQ(*cursor, '\0');
+  EXPECT_EQ(strtodouble(nullptr), 0.0);
+  const char* null = nullptr;
+  EXPECT_EQ(strtodouble(&null), 0.0);
+}
+
+TEST(Strtodouble, TextOfAnExactLengthIsNotReadBeyond) {
+  // The number fills the buffer up to its terminating NUL; under the address sanitizer a read
+  // beyond it would be reported.
+  std::vector<char> buffer = {'1', '.', '2', '5', 'e', '1', '\0'};
+  const char* cursor = buffer.data();
+  EXPECT_EQ(strtodouble(&cursor), 12.5);
+  EXPECT_EQ(cursor, buffer.data() + 6);
+  std::vector<char> dangling = {'3', 'e', '\0'};
+  cursor = dangling.data();
+  EXPECT_EQ(strtodouble(&cursor), 3.0);
+  EXPECT_EQ(strtodouble(&cursor), 0.0);
+  EXPECT_EQ(cursor, dangling.data() + 2);
+}
+
+TEST(Strtodouble, SkipsWhatCannotStartANumber) {
+  EXPECT_EQ(ReadAllDoubles("x1 [2] #3", 3), (std::vector<double>{1, 2, 3}));
+  EXPECT_EQ(ReadAllDoubles("+-5 -+6 .e7", 3), (std::vector<double>{-5, 6, 7}));
+}
+
+TEST(Strtodouble, OutOfRangeNumbersBecomeInfinityOrZero) {
+  std::vector<double> values = ReadAllDoubles("1e400 -1e400 1e-400 -1e-400", 4);
+  EXPECT_EQ(values[0], HUGE_VAL);
+  EXPECT_EQ(values[1], -HUGE_VAL);
+  EXPECT_EQ(values[2], 0.0);
+  EXPECT_EQ(values[3], 0.0);
+  EXPECT_TRUE(std::signbit(values[3]));
+  // Without an exponent too: many zeros after the point make a tiny number, many digits a huge one.
+  std::string tiny = "0." + std::string(400, '0') + "1";
+  std::string huge = "1" + std::string(400, '0');
+  const char* cursor = tiny.c_str();
+  EXPECT_EQ(strtodouble(&cursor), 0.0);
+  cursor = huge.c_str();
+  EXPECT_EQ(strtodouble(&cursor), HUGE_VAL);
+  std::string shifted = "0.00001e400";  // 1e395: too large despite the leading zeros
+  cursor = shifted.c_str();
+  EXPECT_EQ(strtodouble(&cursor), HUGE_VAL);
+}
+
+TEST(Strtodouble, InfinityAndNan) {
+  std::vector<double> values = ReadAllDoubles("inf -Infinity nan NAN(12)", 4);
+  EXPECT_EQ(values[0], HUGE_VAL);
+  EXPECT_EQ(values[1], -HUGE_VAL);
+  EXPECT_TRUE(std::isnan(values[2]));
+  EXPECT_TRUE(std::isnan(values[3]));
+  const char* text = "nan(12) 4";
+  const char* cursor = text;
+  strtodouble(&cursor);
+  EXPECT_EQ(strtodouble(&cursor), 4.0);
+}
+
+TEST(Strtoint, ReadsIntegersAndSkipsALeadingPoint) {
+  const char* text = " 42, -7\n.4";
+  const char* cursor = text;
+  EXPECT_EQ(strtoint(&cursor), 42);
+  EXPECT_EQ(strtoint(&cursor), -7);
+  EXPECT_EQ(strtoint(&cursor), 4);
+  EXPECT_EQ(*cursor, '\0');
+  EXPECT_EQ(strtoint(&cursor), 0);
+}
+
+TEST(Strtoint, VersionPartsBeginningWithAPoint) {
+  for (const char* part : {".4", ".4.1", " .4", ".04"}) {
+    const char* cursor = part;
+    EXPECT_EQ(strtoint(&cursor), 4) << part;
+  }
+  const char* cursor = "+3";
+  EXPECT_EQ(strtoint(&cursor), 3);
+}
+
+TEST(Strtoint, SaturatesInsteadOfOverflowing) {
+  const char* texts[] = {"2147483647", "2147483648", "99999999999999999999999", "-2147483648", "-2147483649",
+                         "-99999999999999999999999"};
+  const int expected[] = {INT_MAX, INT_MAX, INT_MAX, INT_MIN, INT_MIN, INT_MIN};
+  for (int i = 0; i < 6; ++i) {
+    const char* cursor = texts[i];
+    EXPECT_EQ(strtoint(&cursor), expected[i]) << texts[i];
+    EXPECT_EQ(*cursor, '\0') << texts[i];
+  }
+}
+
+TEST(Strtoint, GivesZeroWithoutANumber) {
+  const char* cursor = "abc";
+  EXPECT_EQ(strtoint(&cursor), 0);
+  EXPECT_EQ(*cursor, '\0');
+  cursor = "";
+  EXPECT_EQ(strtoint(&cursor), 0);
+  EXPECT_EQ(strtoint(nullptr), 0);
+}
+
+TEST(Strtoints, ReadsEveryIntegerSkippingOtherCharacters) {
+  KArrayTemplate<int> values{9};
+  strtoints("1 2\t-3\n+4 x5 7a8 -x 1.5", values);
+  EXPECT_EQ(values, (KArrayTemplate<int>{9, 1, 2, -3, 4, 5, 7, 8, 1, 5}));  // appended after 9
+}
+
+TEST(Strtoints, SaturatesAndAcceptsEmptyText) {
+  KArrayTemplate<int> values;
+  strtoints("99999999999999 -99999999999999 2147483647", values);
+  EXPECT_EQ(values, (KArrayTemplate<int>{INT_MAX, INT_MIN, INT_MAX}));
+  KArrayTemplate<int> none;
+  strtoints("", none);
+  strtoints("   - + x", none);
+  strtoints(nullptr, none);
+  EXPECT_TRUE(none.IsEmpty());
+}
+
+TEST(Strtoints, TextEndingInADigitIsNotReadBeyond) {
+  std::vector<char> buffer = {'1', ' ', '2', '3', '\0'};
+  KArrayTemplate<int> values;
+  strtoints(buffer.data(), values);
+  EXPECT_EQ(values, (KArrayTemplate<int>{1, 23}));
+}
+
+TEST(Strtocolor, MissingAlphaIsOne) {
+  EXPECT_EQ(strtocolor("0.1 0.2 0.3"), KZylColor(0.1, 0.2, 0.3, 1.0));
+  EXPECT_EQ(strtocolor("1 0.5 0.25 0.125"), KZylColor(1, 0.5, 0.25, 0.125));
+  EXPECT_EQ(strtocolor("0.1,0.2,0.3,0.4"), KZylColor(0.1, 0.2, 0.3, 0.4));
+  EXPECT_EQ(strtocolor("1 2"), KZylColor(1, 2, 0, 1));
+  EXPECT_EQ(strtocolor(""), KZylColor(0, 0, 0, 1));
+  EXPECT_EQ(strtocolor(nullptr), KZylColor(0, 0, 0, 1));
+  EXPECT_EQ(strtocolor("1 2 3 4 5"), KZylColor(1, 2, 3, 4));
+}
+
+TEST(Strtomatrix, ConvertsColladaRowsToTheKitsColumns) {
+  // COLLADA writes the translation in the fourth column (values 3, 7, 11).
+  const char* text = "1 0 0 10  0 1 0 20  0 0 1 30  0 0 0 1";
+  const char* cursor = text;
+  KZylXMatrix m;
+  strtomatrix(cursor, m);
+  EXPECT_EQ(m.GetT(), KZylVector4(10, 20, 30, 1));
+  EXPECT_EQ(*cursor, '\0');
+
+  const char* numbered = "0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 rest";
+  cursor = numbered;
+  strtomatrix(cursor, m);
+  for (int r = 0; r < 4; ++r)
+    for (int c = 0; c < 4; ++c) EXPECT_EQ(m.mData[c][r], 4 * r + c) << "value " << 4 * r + c;
+  EXPECT_STREQ(cursor, "rest");
+}
+
+TEST(Strtomatrix, MissingNumbersComeFromTheIdentity) {
+  const char* cursor = "";
+  KZylXMatrix m = TranslationMatrix(KZylVector4(5, 5, 5));
+  strtomatrix(cursor, m);
+  EXPECT_TRUE(m.IsIdentity());
+  const char* few = "2 0 0 7";
+  cursor = few;
+  strtomatrix(cursor, m);
+  KZylXMatrix expected;
+  expected.mData[0][0] = 2;
+  expected.mData[3][0] = 7;
+  EXPECT_EQ(m, expected);
+}
+
+TEST(NumberReader, TellsWhenTheTextIsExhausted) {
+  NumberReader reader("1 2 x");
+  double value = -1;
+  EXPECT_TRUE(reader.Next(value));
+  EXPECT_EQ(value, 1);
+  EXPECT_TRUE(reader.Next(value));
+  EXPECT_EQ(value, 2);
+  EXPECT_FALSE(reader.Next(value));
+  EXPECT_EQ(value, 2);  // untouched
+  NumberReader ints("7 -8");
+  int i = 0;
+  EXPECT_TRUE(ints.NextInt(i));
+  EXPECT_TRUE(ints.NextInt(i));
+  EXPECT_EQ(i, -8);
+  EXPECT_FALSE(ints.NextInt(i));
+  std::vector<double> all;
+  ParseDoubles("1,2 3", all);
+  EXPECT_EQ(all, (std::vector<double>{1, 2, 3}));
+}
+
+TEST(Numbers, UseTheCLocaleWhateverTheProcessLocale) {
+  zyltest::DecimalCommaLocale locale;
+  if (!locale.Active()) GTEST_SKIP() << "no locale with a decimal comma on this system";
+  EXPECT_EQ(ReadAllDoubles("1.5 2,5", 3), (std::vector<double>{1.5, 2, 5}));
+  EXPECT_EQ(strtocolor("0.5 0.25 0.125"), KZylColor(0.5, 0.25, 0.125, 1));
+  const char* cursor = "0.5 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1";
+  KZylXMatrix m;
+  strtomatrix(cursor, m);
+  EXPECT_EQ(m.mData[0][0], 0.5);
+  std::vector<double> all;
+  ParseDoubles("1e-3 .5", all);
+  EXPECT_EQ(all, (std::vector<double>{0.001, 0.5}));
+}
+
+// Reading takes time in proportion to the text, whatever the text holds. A scan that starts
+// over for every character of a long run would take hours on these texts instead of
+// milliseconds; the bound only catches that, it measures nothing finer.
+TEST(Numbers, ReadingIsLinearInTheTextLength) {
+  const size_t size = 4 * 1000 * 1000;
+  std::string mixed;
+  mixed.reserve(size);
+  while (mixed.size() < size) mixed += "1x";
+  const std::string texts[] = {mixed, std::string(size, 'x'), std::string(size, '-'), std::string(size, '.'),
+                               std::string(size, '1') + "e"};
+  auto start = std::chrono::steady_clock::now();
+  for (const std::string& text : texts) {
+    std::vector<double> values;
+    ParseDoubles(text.c_str(), values);
+    KArrayTemplate<int> ints;
+    strtoints(text.c_str(), ints);
+    NumberReader reader(text.c_str());
+    int value;
+    while (reader.NextInt(value)) {
+    }
+  }
+  double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  EXPECT_LT(seconds, 60.0);
+}
+
+}  // namespace
