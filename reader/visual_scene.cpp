@@ -5,6 +5,7 @@
 
 #include "reader/collada_reader.h"
 #include "reader/dom/dom.h"
+#include "reader/nodes/node_steps.h"
 
 namespace zylsdk {
 namespace {
@@ -13,6 +14,12 @@ namespace {
 const char* const kDefaultCameras[] = {"persp", "top", "bottom", "left", "right", "side", "front", "back"};
 
 }  // namespace
+
+bool IsDefaultViewCamera(const KString& id) {
+  for (const char* camera : kDefaultCameras)
+    if (id == camera) return true;
+  return false;
+}
 
 bool KZylReaderCollada::ImportVisualScene(xmlNode* visualScene) {
   const KString id = DAE_GetProperty(visualScene, "id");
@@ -70,13 +77,9 @@ bool KZylReaderCollada::ImportScene(KZylScene& scene, xmlNode* sceneElement) {
 }
 
 bool KZylReaderCollada::IsNodeExportable(const KString& id) {
-  for (const char* camera : kDefaultCameras) {
-    if (id == camera) {
-      AddNotificationWarning("Camera " + id + " will not be imported.");
-      return false;
-    }
-  }
-  return true;
+  if (!IsDefaultViewCamera(id)) return true;
+  AddNotificationWarning("Camera " + id + " will not be imported.");
+  return false;
 }
 
 }  // namespace zylsdk

@@ -1,0 +1,37 @@
+// A node that instances a controller: its mesh (a copy of the controller's target geometry)
+// receives copies of the skin's clusters and bind pose, so that two nodes instancing one
+// controller deform independently, and the morph targets as shapes.
+
+#include "reader/nodes/node_steps.h"
+
+namespace zylsdk {
+namespace {
+
+void AttachSkin(const NodeImportContext& context, const ControllerRecord& controller, KZylNode& node, KZylMesh& mesh) {
+  KZylReaderCollada& reader = context.reader;
+  for (KZylCluster* source : controller.clusters) {
+    KZylCluster* cluster = reader.CreateCluster();
+    reader.CopyLink(cluster, source);
+    mesh.AddLink(cluster);
+  }
+  KZylPose* pose = KZylPose::Create(reader.GetZylSdkManager(), controller.id.Buffer());
+  pose->SetIsBindPose(true);
+  reader.CopyPose(pose, controller.bindPose);
+  // The skinned node itself, at the bind shape matrix.
+  pose->Add(&node, controller.bindShapeMatrix, false);
+  context.state.bindPoses.Add(pose);
+}
+
+}  // namespace
+
+void AttachController(const NodeImportContext& context, const ControllerRecord& controller, KZylNode& node,
+                      KZylMesh& mesh) {
+  if (!controller.clusters.IsEmpty()) AttachSkin(context, controller, node, mesh);
+  // Shapes are keyed by the weight source, which the morph-weight animations name, and carry
+  // the node's name. A failure is reported there and does not stop the node.
+  if (!controller.morphTargets.IsEmpty())
+    context.status = context.reader.ConnectShapes(&mesh, node.GetName(), controller.morphTargets,
+                                                  controller.morphWeightSource, controller.morphWeights);
+}
+
+}  // namespace zylsdk

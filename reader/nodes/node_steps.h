@@ -1,0 +1,39 @@
+#pragma once
+// Steps of the node import that live in files of their own. They work on the reader through
+// its public operations and on the document state that the node import hands them.
+
+#include <libxml/tree.h>
+
+#include "reader/collada_reader.h"
+
+namespace zylsdk {
+
+// What a node import step works on.
+struct NodeImportContext {
+  KZylReaderCollada& reader;
+  KZylReaderCollada::DocumentState& state;
+  bool& status;  // the reader's status flag
+};
+
+// True for the ids of the default views of modelling packages ("persp", "top"...), which are
+// not part of a scene's content.
+bool IsDefaultViewCamera(const KString& id);
+
+// Replaces the placeholder materials of the mesh's slots by the document's materials, as the
+// `bind_material` children of the instance element ask. False after an error.
+bool BindMaterials(const NodeImportContext& context, xmlNode* instance, const KZylNode& node, KZylMesh& mesh);
+
+// Gives the mesh of a node that instances a controller its own copy of the controller's skin
+// (clusters and bind pose) and its morph targets as shapes.
+void AttachController(const NodeImportContext& context, const ControllerRecord& controller, KZylNode& node,
+                      KZylMesh& mesh);
+
+// A node of type JOINT replaces the placeholder link named `id` of every cluster of the read;
+// false ("link has two joints") when such a link is already a node with an attribute.
+bool RetargetClustersToJoint(const NodeImportContext& context, KZylNode& joint, const KString& id);
+// Then, in each bind pose of a controller whose clusters link to the joint, the joint's entry
+// is removed and the node of the entry that followed it is added again, at the end, with the
+// joint's matrix; a pose without the joint gives a warning.
+void RetargetBindPosesToJoint(const NodeImportContext& context, KZylNode& joint);
+
+}  // namespace zylsdk
