@@ -138,11 +138,9 @@ int KZylGeometry::AddShape(KZylShape* shape, const KString& name) {
     GetError().SetLastError(2, "A shape needs a name");
     return -1;
   }
-  for (const ShapeEntry& entry : mShapes) {
-    if (entry.name == name) {
-      GetError().SetLastError(3, KString("A shape named ") + name + " already exists");
-      return -1;
-    }
+  if (mShapeNames.count(name) != 0) {
+    GetError().SetLastError(3, KString("A shape named ") + name + " already exists");
+    return -1;
   }
   if (shape->GetControlPointsCount() != GetControlPointsCount()) {
     GetError().SetLastError(4, KString("The shape has ") + shape->GetControlPointsCount() +
@@ -150,6 +148,7 @@ int KZylGeometry::AddShape(KZylShape* shape, const KString& name) {
     return -1;
   }
   mShapes.push_back({shape, name});
+  mShapeNames.insert(name);
   KZylProperty weight = KZylProperty::Create(this, name, DTDouble);
   weight.Set(0.0);
   return GetShapeCount() - 1;
@@ -170,6 +169,8 @@ void KZylGeometry::ForgetObjects(const ObjectSet& gone) {
       mDeformers.end());
   mShapes.erase(std::remove_if(mShapes.begin(), mShapes.end(), [&](const ShapeEntry& e) { return gone.count(e.shape) != 0; }),
                 mShapes.end());
+  mShapeNames.clear();
+  for (const ShapeEntry& entry : mShapes) mShapeNames.insert(entry.name);
 }
 
 // ---------------------------------------------------------------- KZylMesh

@@ -4,6 +4,7 @@
 // (KZylMesh).
 
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 #include "kit/layer.h"
@@ -111,6 +112,7 @@ class KZylGeometry : public KZylGeometryBase {
     KString name;
   };
   std::vector<ShapeEntry> mShapes;
+  std::unordered_set<KString> mShapeNames;  // the names of mShapes, for the check of a new name
 };
 
 // A morph target: control points with their normals.

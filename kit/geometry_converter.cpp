@@ -11,6 +11,29 @@ KZYL_IMPLEMENT_CLASS(KZylGeometryConverter, KZylObject)
 
 namespace {
 
+// The normal of entry `k` of the element: its direct array read directly, or through the
+// index array (an index outside either array gives a zero normal).
+KZylVector4 NormalAt(const KZylLayerElementNormal& normals, int k) {
+  if (normals.GetReferenceMode() == KZylLayerElement::eDirect) return normals.GetDirectArray().GetAt(k);
+  const KArrayTemplate<int>& indices = normals.GetIndexArray();
+  return normals.GetDirectArray().GetAt(indices.IsValidIndex(k) ? indices[k] : -1);
+}
+
+// Whether the element has to be rewritten to give one direct normal per polygon vertex: direct
+// normals per polygon vertex already do, and normals per edge (or without mapping) cannot.
+bool NeedsExpansion(const KZylLayerElementNormal& normals) {
+  switch (normals.GetMappingMode()) {
+    case KZylLayerElement::eByControlPoint:
+    case KZylLayerElement::eByPolygon:
+    case KZylLayerElement::eAllSame:
+      return true;
+    case KZylLayerElement::eByPolygonVertex:
+      return normals.GetReferenceMode() != KZylLayerElement::eDirect;
+    default:
+      return false;
+  }
+}
+
 // The normals of `geometry` expanded per polygon vertex of `mesh`; false when a polygon
 // vertex has no control point in `geometry`.
 bool ExpandNormals(const KZylMesh& mesh, const KZylGeometryBase& geometry, KArrayTemplate<KZylVector4>& expanded) {
@@ -20,12 +43,22 @@ bool ExpandNormals(const KZylMesh& mesh, const KZylGeometryBase& geometry, KArra
   const KZylLayerElementNormal* normals = geometry.GetNormals();
   expanded.Clear();
   if (!normals) return true;
-  if (normals->GetMappingMode() != KZylLayerElement::eByControlPoint) {
+  if (!NeedsExpansion(*normals)) {
     expanded = normals->GetDirectArray();
     return true;
   }
   expanded.Reserve(vertices.GetCount());
-  for (int index : vertices) expanded.Add(normals->GetDirectArray().GetAt(index));
+  for (int polygon = 0; polygon < mesh.GetPolygonCount(); ++polygon) {
+    const int start = mesh.GetPolygonVertexIndex(polygon);
+    for (int k = start; k < start + mesh.GetPolygonSize(polygon); ++k) {
+      switch (normals->GetMappingMode()) {
+        case KZylLayerElement::eByControlPoint: expanded.Add(NormalAt(*normals, vertices.GetAt(k))); break;
+        case KZylLayerElement::eByPolygon: expanded.Add(NormalAt(*normals, polygon)); break;
+        case KZylLayerElement::eAllSame: expanded.Add(NormalAt(*normals, 0)); break;
+        default: expanded.Add(NormalAt(*normals, k)); break;
+      }
+    }
+  }
   return true;
 }
 

@@ -90,15 +90,37 @@ void ReadItems(const AccessorLayout& layout, const std::vector<Value>& values, K
   }
 }
 
+// The components of every item, one after another. Components at or past the stride are left
+// out, so that the result never outgrows the array by more than one item.
+template <class Value>
+void ReadComponents(const AccessorLayout& layout, const std::vector<Value>& values, KArrayTemplate<Value>& out) {
+  const int64_t size = static_cast<int64_t>(values.size());
+  std::vector<int64_t> inside;
+  for (int64_t position : layout.components)
+    if (position < layout.stride) inside.push_back(position);
+  for (int64_t i = 0; i < layout.count; ++i) {
+    const int64_t base = layout.offset + i * layout.stride;
+    for (int64_t position : inside) {
+      const int64_t at = base + position;
+      out.Add(at < size ? values[static_cast<size_t>(at)] : Value());
+    }
+  }
+}
+
+// The numbers of the source's float_array and its accessor's layout; false without either.
+bool ReadNumberSource(const xmlNode* source, std::vector<double>& values, AccessorLayout& layout) {
+  xmlNode* array = findChildByType(source, "float_array");
+  if (!array) return false;
+  ParseDoubles(ElementText(array).c_str(), values);
+  return ReadLayout(source, static_cast<int64_t>(values.size()), layout);
+}
+
 template <class T>
 bool ImportNumbers(const xmlNode* source, KArrayTemplate<T>& out) {
   out.Clear();
-  xmlNode* array = findChildByType(source, "float_array");
-  if (!array) return false;
   std::vector<double> values;
-  ParseDoubles(ElementText(array).c_str(), values);
   AccessorLayout layout;
-  if (!ReadLayout(source, static_cast<int64_t>(values.size()), layout)) return false;
+  if (!ReadNumberSource(source, values, layout)) return false;
   ReadItems(layout, values, out);
   return true;
 }
@@ -115,6 +137,16 @@ std::vector<KString> SplitWords(const char* text) {
   return words;
 }
 
+// The words of the source's Name_array (or IDREF_array) and its accessor's layout; false
+// without either.
+bool ReadNameSource(const xmlNode* source, std::vector<KString>& words, AccessorLayout& layout) {
+  xmlNode* array = findChildByType(source, "Name_array");
+  if (!array) array = findChildByType(source, "IDREF_array");
+  if (!array) return false;
+  words = SplitWords(ElementText(array).c_str());
+  return ReadLayout(source, static_cast<int64_t>(words.size()), layout);
+}
+
 }  // namespace
 
 bool ImportSource(const xmlNode* source, KArrayTemplate<double>& out) { return ImportNumbers(source, out); }
@@ -125,13 +157,28 @@ bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out) { ret
 
 bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out) {
   out.Clear();
-  xmlNode* array = findChildByType(source, "Name_array");
-  if (!array) array = findChildByType(source, "IDREF_array");
-  if (!array) return false;
-  std::vector<KString> words = SplitWords(ElementText(array).c_str());
+  std::vector<KString> words;
   AccessorLayout layout;
-  if (!ReadLayout(source, static_cast<int64_t>(words.size()), layout)) return false;
+  if (!ReadNameSource(source, words, layout)) return false;
   ReadItems(layout, words, out);
+  return true;
+}
+
+bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<double>& out) {
+  out.Clear();
+  std::vector<double> values;
+  AccessorLayout layout;
+  if (!ReadNumberSource(source, values, layout)) return false;
+  ReadComponents(layout, values, out);
+  return true;
+}
+
+bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<KString>& out) {
+  out.Clear();
+  std::vector<KString> words;
+  AccessorLayout layout;
+  if (!ReadNameSource(source, words, layout)) return false;
+  ReadComponents(layout, words, out);
   return true;
 }
 

@@ -27,4 +27,10 @@ bool ImportSource(const xmlNode* source, KArrayTemplate<KZylColor>& out);
 bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out);
 bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out);
 
+// Every selected component of every item, item after item: a source of X, Y, Z triples gives
+// three values per item, where ImportSource of doubles keeps only the first. Only components
+// inside the item (before the stride) count; missing values are 0 (texts "").
+bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<double>& out);
+bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<KString>& out);
+
 }  // namespace zylsdk

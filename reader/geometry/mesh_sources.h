@@ -1,6 +1,7 @@
 #pragma once
-// The `source` elements of one `mesh`, found by the attributes that name them ("#id") and read
-// once per kind of value, however many inputs of the mesh refer to them.
+// The `source` elements of one `mesh` (or of a controller's `skin` or `morph`), found by the
+// attributes that name them ("#id") and read once per kind of value, however many inputs refer
+// to them.
 
 #include <libxml/tree.h>
 
@@ -23,8 +24,8 @@ class MeshSources {
   // a local reference, dropped without being looked at); null when there is none.
   const xmlNode* Find(const KString& attribute);
 
-  // The values of that source as vectors, colours or texture coordinates; null when there is
-  // no such source or it cannot be read.
+  // The values of that source as vectors, colours, texture coordinates, numbers, matrices or
+  // names; null when there is no such source or it cannot be read.
   template <class T>
   const KArrayTemplate<T>* Read(const KString& attribute) {
     Entry& entry = EntryOf(attribute);
@@ -45,7 +46,9 @@ class MeshSources {
   };
   struct Entry {
     const xmlNode* element = nullptr;
-    std::tuple<Values<KZylVector4>, Values<KZylColor>, Values<KZylVector2>> values;
+    std::tuple<Values<KZylVector4>, Values<KZylColor>, Values<KZylVector2>, Values<double>, Values<KZylXMatrix>,
+               Values<KString>>
+        values;
   };
 
   Entry& EntryOf(const KString& attribute);

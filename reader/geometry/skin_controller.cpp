@@ -1,9 +1,219 @@
-#include "reader/collada_reader.h"
+// Controllers. A skin becomes one cluster per joint, holding the control points that the joint
+// weighs, the bind shape matrix, the joint's bind matrix and a placeholder link node named after
+// the joint, plus a bind pose over those placeholders; a morph (morph_controller.cpp) keeps its
+// targets and weights. Nothing is attached to a mesh here: each node that instances the
+// controller receives copies, and its joints take the placeholders' place.
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "reader/dom/numbers.h"
+#include "reader/geometry/controller_steps.h"
 
 namespace zylsdk {
+namespace {
 
-bool KZylReaderCollada::ImportController(xmlNode*) { return true; }
-bool KZylReaderCollada::ImportVertexWeightsInController(xmlNode*, KArrayTemplate<KZylCluster*>&) { return true; }
-bool KZylReaderCollada::ImportLinkMatricesInController(xmlNode*, KArrayTemplate<KZylCluster*>&) { return true; }
+// The (vertex, weight index) pairs of each joint, in the order of the `v` list.
+using JointWeights = std::vector<std::vector<std::pair<int, int>>>;
+
+// The integers of an element's text.
+KArrayTemplate<int> ReadIntegers(const xmlNode* element) {
+  KArrayTemplate<int> values;
+  const ElementText text(element);
+  strtoints(text.c_str(), values);
+  return values;
+}
+
+// The value of the input at `offset` in the group of `v` that starts at `start`; -1 past the end
+// of the list, and for an offset below 0, which names no value.
+int ValueAt(const KArrayTemplate<int>& v, int64_t start, int offset) {
+  if (offset < 0) return -1;
+  const int64_t at = start + offset;
+  return at < v.GetCount() ? v[static_cast<int>(at)] : -1;
+}
+
+// Walks `vcount` and `v` once and files each (joint, weight, vertex) group under its joint.
+// Joints outside the names (-1 stands for the bind shape) match no cluster and are dropped. The
+// walk ends with the `v` list: past it every joint would read as -1.
+JointWeights GroupByJoint(const xmlNode* vertexWeights, int stride, int jointOffset, int weightOffset, int jointCount) {
+  const KArrayTemplate<int> counts = ReadIntegers(findChildByType(vertexWeights, "vcount"));
+  const KArrayTemplate<int> v = ReadIntegers(findChildByType(vertexWeights, "v"));
+  JointWeights perJoint(static_cast<size_t>(jointCount));
+  const int64_t size = v.GetCount();
+  int64_t start = 0;
+  for (int vertex = 0; vertex < counts.GetCount() && start < size; ++vertex) {
+    // A count below 0 counts as none.
+    const int64_t span = static_cast<int64_t>(stride) * std::max(0, counts[vertex]);
+    for (int64_t k = 0; k < span && start + k < size; k += stride) {
+      const int joint = ValueAt(v, start + k, jointOffset);
+      if (joint >= 0 && joint < jointCount)
+        perJoint[static_cast<size_t>(joint)].emplace_back(vertex, ValueAt(v, start + k, weightOffset));
+    }
+    start += span;
+  }
+  return perJoint;
+}
+
+bool ReadVertexWeights(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters) {
+  xmlNode* vertexWeights = findChildByType(skin, "vertex_weights");
+  if (!vertexWeights) {
+    reader.AddNotificationError(KString("<") + "vertex_weights" + "> node not found in controller\n");
+    return false;
+  }
+  // The `count` attribute is not used: the vertices are those of `vcount`.
+  KArrayTemplate<xmlNode*> inputs;
+  findChildrenByType(vertexWeights, "input", inputs);
+  // The groups of `v` hold one value per input, whatever the offsets say.
+  const int stride = inputs.GetCount();
+  int jointOffset = stride;
+  int weightOffset = stride;
+  MeshSources sources(skin);
+  const KArrayTemplate<KString>* joints = nullptr;
+  const KArrayTemplate<double>* weights = nullptr;
+  for (xmlNode* input : inputs) {
+    const KString semantic = DAE_GetProperty(input, "semantic");
+    if (semantic == "JOINT") {
+      if (!(joints = ReadInputSource<KString>(reader, sources, input))) return false;
+      jointOffset = DAE_GetOffset(input);
+    } else if (semantic == "WEIGHT") {
+      if (!(weights = ReadInputSource<double>(reader, sources, input))) return false;
+      weightOffset = DAE_GetOffset(input);
+    } else {
+      return RejectInput(reader, semantic);
+    }
+  }
+  // Only an input sets an offset below the input count, so both sources were read.
+  if (jointOffset >= stride || weightOffset >= stride) {
+    reader.AddNotificationError(KString("Controller: could not find ") + "JOINT" + " or " + "WEIGHT");
+    return false;
+  }
+  if (weights->IsEmpty() || joints->IsEmpty()) {
+    reader.AddNotificationError("Unable to find weight or jointIds for controller");
+    return false;
+  }
+  const JointWeights perJoint = GroupByJoint(vertexWeights, stride, jointOffset, weightOffset, joints->GetCount());
+  // A joint that weighs no vertex still gets its cluster.
+  for (const std::vector<std::pair<int, int>>& pairs : perJoint) {
+    KZylCluster* cluster = reader.CreateCluster();
+    cluster->SetLinkMode(KZylCluster::eNormalize);
+    for (const std::pair<int, int>& pair : pairs)
+      cluster->AddControlPointIndex(pair.first, weights->GetAt(pair.second));
+    clusters.Add(cluster);
+  }
+  return true;
+}
+
+bool ReadLinkMatrices(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters) {
+  xmlNode* jointsElement = findChildByType(skin, "joints");
+  if (!jointsElement) {
+    reader.AddNotificationError(KString("<") + "joints" + "> node not found in controller\n");
+    return false;
+  }
+  KArrayTemplate<xmlNode*> inputs;
+  findChildrenByType(jointsElement, "input", inputs);
+  MeshSources sources(skin);
+  const KArrayTemplate<KString> none;
+  const KArrayTemplate<KZylXMatrix> noMatrices;
+  const KArrayTemplate<KString>* names = &none;
+  const KArrayTemplate<KZylXMatrix>* matrices = &noMatrices;
+  for (xmlNode* input : inputs) {
+    const KString semantic = DAE_GetProperty(input, "semantic");
+    if (semantic == "JOINT") {
+      if (!(names = ReadInputSource<KString>(reader, sources, input))) return false;
+    } else if (semantic == "INV_BIND_MATRIX") {
+      if (!(matrices = ReadInputSource<KZylXMatrix>(reader, sources, input))) return false;
+    } else {
+      return RejectInput(reader, semantic);
+    }
+  }
+  const int jointCount = names->GetCount();
+  const int matrixCount = matrices->GetCount();
+  if (jointCount == 0 || matrixCount == 0) {
+    reader.AddNotificationError("Unable to find weight or bind matrices for controller");
+    return false;
+  }
+  if (jointCount != matrixCount) {
+    reader.AddNotificationError(KString("in controller, number of joints ") + jointCount +
+                                " is different than number of bind pose matrices " + matrixCount);
+    return false;
+  }
+  if (jointCount != clusters.GetCount()) {
+    reader.AddNotificationError(KString("in controller, number of links ") + clusters.GetCount() +
+                                " is different than number of bind pose matrices " + jointCount);
+    return false;
+  }
+  for (int i = 0; i < jointCount; ++i) {
+    // The document gives the inverse of the joint's global matrix at bind time.
+    const KZylXMatrix bindMatrix = (*matrices)[i].Inverse();
+    clusters[i]->SetTransformLinkMatrix(bindMatrix);
+    KZylNode* link = KZylNode::Create(reader.GetZylSdkManager(), (*names)[i].Buffer());
+    reader.SetMatrix(link, &bindMatrix);
+    clusters[i]->SetLink(link);
+  }
+  return true;
+}
+
+bool ImportSkin(KZylReaderCollada& reader, xmlNode* skin, ControllerRecord& record) {
+  record.source = DAE_GetProperty(skin, "source");
+  // Without a bind_shape_matrix the text is empty, which reads as the identity.
+  const ElementText text(findChildByType(skin, "bind_shape_matrix"));
+  const char* cursor = text.c_str();
+  strtomatrix(cursor, record.bindShapeMatrix);
+  if (!reader.ImportVertexWeightsInController(skin, record.clusters)) return false;
+  if (!reader.ImportLinkMatricesInController(skin, record.clusters)) return false;
+  for (KZylCluster* cluster : record.clusters) cluster->SetTransformMatrix(record.bindShapeMatrix);
+  return true;
+}
+
+// The skin's joints at their bind matrices. The placeholder links have no parent, so their
+// global matrix is the one their bind matrix gave them.
+KZylPose* MakeBindPose(KZylSdkManager* manager, const ControllerRecord& record) {
+  KZylPose* pose = KZylPose::Create(manager, record.id.Buffer());
+  pose->SetIsBindPose(true);
+  for (KZylCluster* cluster : record.clusters)
+    if (KZylNode* link = cluster->GetLink()) pose->Add(link, link->GetGlobalFromDefaultTake(eSourcePivot), false);
+  return pose;
+}
+
+}  // namespace
+
+bool KZylReaderCollada::ImportController(xmlNode* controller) {
+  auto record = std::make_unique<ControllerRecord>();
+  record->id = DAE_GetProperty(controller, "id");
+  bool skinRead = false;
+  bool morphRead = false;
+  for (xmlNode* child = firstChildElement(controller); child; child = nextSiblingElement(child)) {
+    const bool isSkin = DAE_IsElement(child, "skin");
+    if (!isSkin && !DAE_IsElement(child, "morph")) {
+      AddNotificationWarning(KString("unknown structure in controller: <") + DAE_GetName(child) + ">");
+      continue;
+    }
+    bool& read = isSkin ? skinRead : morphRead;
+    if (read) {
+      AddNotificationError(KString("more than one ") + DAE_GetName(child) + " defined for library " + record->id);
+      return mStatus = false;
+    }
+    if (!(mStatus = isSkin ? ImportSkin(*this, child, *record) : ImportMorph(*this, child, *record))) return false;
+    read = true;
+  }
+  if (record->source.IsEmpty()) {
+    AddNotificationError("Controller is missing a source");
+    return mStatus = false;
+  }
+  if (skinRead) record->bindPose = MakeBindPose(mManager, *record);
+  const KString id = record->id;
+  mState->controllers.Add(id, std::move(record));
+  return mStatus = true;
+}
+
+bool KZylReaderCollada::ImportVertexWeightsInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters) {
+  return mStatus = ReadVertexWeights(*this, skin, clusters);
+}
+
+bool KZylReaderCollada::ImportLinkMatricesInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters) {
+  return mStatus = ReadLinkMatrices(*this, skin, clusters);
+}
 
 }  // namespace zylsdk
