@@ -38,6 +38,11 @@ namespace zylsdk {
 // Registers the COLLADA reader with the manager for the extension "dae".
 void RegisterColladaReader(KZylSdkManager& manager);
 
+// Lookups of the joint re-targeting (reader/nodes/joints.cpp).
+struct JointIndex;
+// Lookups of the animation targets (reader/animation/target_index.h).
+class AnimationTargetIndex;
+
 class KZylReaderCollada : public KZylReader {
  public:
   explicit KZylReaderCollada(KZylSdkManager& manager);
@@ -109,7 +114,8 @@ class KZylReaderCollada : public KZylReader {
   bool CopyNodeAttribute(KZylNode* destination, KZylNode* source);
   void CopyNodeTransforms(KZylNode* destination, KZylNode* source);
   void CopyMesh(KZylMesh* destination, KZylMesh* source);
-  void CopyShape(KZylShape* destination, KZylShape* source);
+  // The source is a shape, or the mesh of a morph target.
+  void CopyShape(KZylShape* destination, KZylGeometryBase* source);
   void CopyCamera(KZylCamera* destination, KZylCamera* source);
   void CopyLight(KZylLight* destination, KZylLight* source);
   void CopyNull(KZylNull* destination, KZylNull* source);
@@ -162,6 +168,10 @@ class KZylReaderCollada : public KZylReader {
     KArrayTemplate<KZylPose*> bindPoses;
     // Clusters made by this read, in creation order (joint re-targeting looks at these).
     std::vector<KZylCluster*> clusters;
+    // Made by the first joint; held through a shared pointer so that its type stays private.
+    std::shared_ptr<JointIndex> jointIndex;
+    // Made by the first animation that needs it; held the same way.
+    std::shared_ptr<AnimationTargetIndex> animationTargetIndex;
   };
   const DocumentState& GetState() const { return *mState; }
   bool GetStatus() const { return mStatus; }
