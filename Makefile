@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 EXAMPLE ?= examples/scene.dae
 
-.PHONY: all deps build run test sanitize clean
+.PHONY: all deps build run test sanitize clean fuzz
 
 all: build
 
@@ -29,3 +29,17 @@ sanitize: deps
 
 clean:
 	rm -rf $(BUILD) build-sanitize
+
+# Fuzzing with libFuzzer (clang). Runs FUZZ_SECONDS (default 600) seeded with the example scenes,
+# the fuzz regression inputs and, when present, ../shared/corpus. Findings land in
+# fuzz-out/findings; keep each crashing input in tests/data/fuzz as a regression test.
+FUZZ_SECONDS ?= 600
+fuzz:
+	WITH_CLANG=1 scripts/install-deps.sh
+	CC=clang CXX=clang++ cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZYL_FUZZ=ON \
+		-DZYL_BUILD_TESTS=OFF -DZYL_BUILD_BENCH=OFF
+	cmake --build build-fuzz --target read_fuzzer -j$(JOBS)
+	mkdir -p fuzz-out/corpus fuzz-out/findings
+	./build-fuzz/fuzz/read_fuzzer -max_total_time=$(FUZZ_SECONDS) -max_len=262144 -timeout=10 \
+		-rss_limit_mb=2048 -artifact_prefix=fuzz-out/findings/ fuzz-out/corpus examples tests/data/fuzz \
+		$(wildcard ../shared/corpus/*)
