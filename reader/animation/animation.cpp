@@ -1,7 +1,59 @@
-#include "reader/collada_reader.h"
+// Animation elements: the channels of each `animation`, then its nested animations.
+
+#include <memory>
+
+#include "reader/animation/animation_steps.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
+namespace {
 
-bool KZylReaderCollada::ImportAnimation(xmlNode*, KZylScene&) { return true; }
+// One channel: its curves, then its sampler's keys on them. False when the animation element
+// must end here.
+bool ImportChannel(AnimationContext& context, const xmlNode* animation, const xmlNode* channel) {
+  ChannelCurves curves;
+  switch (ResolveChannelTarget(context, DAE_GetProperty(channel, "target"), curves)) {
+    case TargetResult::kFail:
+      return false;
+    case TargetResult::kSkip:
+      return true;
+    case TargetResult::kCurves:
+      break;
+  }
+  if (curves.targets.empty()) return true;
+  SamplerArrays arrays;
+  if (ReadSampler(context, animation, channel, arrays)) ApplySampler(context, arrays, curves);
+  return true;
+}
+
+// The channels of `animation` first, then its nested animations, whose results do not count.
+// Recursion follows the nesting of the document.
+bool ImportAnimationElement(AnimationContext& context, xmlNode* animation) {
+  KArrayTemplate<xmlNode*> channels;
+  findChildrenByType(animation, "channel", channels);
+  // The first key of each animation that has channels restarts the take's span.
+  if (!channels.IsEmpty()) context.span.firstKey = true;
+  for (xmlNode* channel : channels)
+    if (!ImportChannel(context, animation, channel)) return false;
+  KArrayTemplate<xmlNode*> nested;
+  findChildrenByType(animation, "animation", nested);
+  for (xmlNode* child : nested) ImportAnimationElement(context, child);
+  return true;
+}
+
+}  // namespace
+
+bool KZylReaderCollada::ImportAnimation(xmlNode* animation, KZylScene& scene) {
+  if (!DAE_IsElement(animation, "animation")) {
+    AddNotificationError("Node is not an animation node: " + DAE_GetProperty(animation, "id"));
+    return mStatus = false;
+  }
+  std::shared_ptr<AnimationTargetIndex>& index = mState->animationTargetIndex;
+  if (!index || !index->Covers(scene.GetRootNode()))
+    index = std::make_shared<AnimationTargetIndex>(scene.GetRootNode(), mSceneElement);
+  const AnimationElementIds ids(animation);
+  AnimationContext context{*this, *mState, scene, *index, ids, {mAnimationStart, mAnimationStop, mFirstKey}};
+  return mStatus = ImportAnimationElement(context, animation);
+}
 
 }  // namespace zylsdk

@@ -1,0 +1,51 @@
+#include "reader/animation/element_ids.h"
+
+#include <algorithm>
+
+#include "reader/dom/dom.h"
+
+namespace zylsdk {
+
+AnimationElementIds::AnimationElementIds(const xmlNode* top) {
+  if (!top) return;
+  // Depth first with an explicit stack; a frame closes the range of its element's descendants
+  // when its last child is done.
+  struct Frame {
+    const xmlNode* element;
+    size_t firstDescendant;
+    xmlNode* nextChild;
+  };
+  auto visit = [this](const xmlNode* element) {
+    mElements.push_back(const_cast<xmlNode*>(element));
+    if (xmlHasProp(element, reinterpret_cast<const xmlChar*>("id")))
+      mById[DAE_GetProperty(element, "id")].push_back(mElements.size() - 1);
+    return Frame{element, mElements.size(), firstChildElement(element)};
+  };
+  std::vector<Frame> stack{visit(top)};
+  while (!stack.empty()) {
+    Frame& frame = stack.back();
+    if (!frame.nextChild) {
+      if (DAE_IsElement(frame.element, "animation"))
+        mScopes[frame.element] = {frame.firstDescendant, mElements.size()};
+      stack.pop_back();
+      continue;
+    }
+    xmlNode* child = frame.nextChild;
+    frame.nextChild = nextSiblingElement(child);
+    stack.push_back(visit(child));
+  }
+}
+
+xmlNode* AnimationElementIds::Find(const xmlNode* scope, const KString& id) const {
+  auto range = mScopes.find(scope);
+  // Elements outside this animation are searched the plain way.
+  if (range == mScopes.end()) return findChildById(scope, id);
+  auto positions = mById.find(id);
+  if (positions == mById.end()) return nullptr;
+  const std::vector<size_t>& list = positions->second;
+  auto first = std::lower_bound(list.begin(), list.end(), range->second.first);
+  if (first == list.end() || *first >= range->second.second) return nullptr;
+  return mElements[*first];
+}
+
+}  // namespace zylsdk
