@@ -2,6 +2,8 @@
 // instanced by one node. Prints libxml2's parse time alone, our whole read, and their ratio.
 //
 //   bench_mesh_read [quads per side]   (default 708: 1 002 528 triangles)
+//
+// With ZYLBENCH_KEEP set, the generated document stays in /tmp for profiling.
 
 #include <algorithm>
 #include <charconv>
@@ -102,7 +104,7 @@ int main(int argc, char** argv) {
   bool ok = true;
   const double read = zylbench::BestSeconds(3, [&] { ok = zylbench::ReadWhole(path) && ok; });
   zylbench::Report(std::to_string(side * side * 2) + " triangles, normals, UVs", parse, read);
-  std::remove(path.c_str());
+  if (!std::getenv("ZYLBENCH_KEEP")) std::remove(path.c_str());
   if (!ok) std::printf("the read failed\n");
   return ok ? 0 : 1;
 }

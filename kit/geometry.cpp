@@ -176,17 +176,23 @@ void KZylGeometry::ForgetObjects(const ObjectSet& gone) {
 // ---------------------------------------------------------------- KZylMesh
 
 void KZylMesh::BeginPolygon(int material, int texture, int group, bool) {
-  mPolygons.push_back({mPolygonVertices.GetCount(), 0, material, texture, group});
+  mPolygons.Add({mPolygonVertices.GetCount(), 0, material, texture, group});
   mPolygonOpen = true;
 }
 
 void KZylMesh::AddPolygon(int index, int) {
   if (!mPolygonOpen) BeginPolygon();
   mPolygonVertices.Add(index);
-  ++mPolygons.back().size;
+  ++mPolygons[mPolygons.GetCount() - 1].size;
 }
 
 void KZylMesh::EndPolygon() { mPolygonOpen = false; }
+
+void KZylMesh::CopyPolygonsFrom(const KZylMesh& source) {
+  mPolygons = source.mPolygons;
+  mPolygonVertices = source.mPolygonVertices;
+  mPolygonOpen = false;
+}
 
 void KZylMesh::ReservePolygons(int64_t polygons, int64_t vertices) {
   // Geometric growth, so that many small reservations stay linear.
@@ -194,35 +200,35 @@ void KZylMesh::ReservePolygons(int64_t polygons, int64_t vertices) {
     const size_t needed = items.size() + static_cast<size_t>(std::clamp<int64_t>(more, 0, INT_MAX));
     if (needed > items.capacity()) items.reserve(std::max(needed, 2 * items.capacity()));
   };
-  reserve(mPolygons, polygons);
+  reserve(mPolygons.Std(), polygons);
   reserve(mPolygonVertices.Std(), vertices);
 }
 
 int KZylMesh::GetPolygonSize(int polygon) const {
-  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[static_cast<size_t>(polygon)].size : -1;
+  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[polygon].size : -1;
 }
 
 int KZylMesh::GetPolygonVertex(int polygon, int position) const {
   if (polygon < 0 || polygon >= GetPolygonCount()) return -1;
-  const Polygon& p = mPolygons[static_cast<size_t>(polygon)];
+  const Polygon& p = mPolygons[polygon];
   if (position < 0 || position >= p.size) return -1;
   return mPolygonVertices[p.start + position];
 }
 
 int KZylMesh::GetPolygonVertexIndex(int polygon) const {
-  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[static_cast<size_t>(polygon)].start : -1;
+  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[polygon].start : -1;
 }
 
 int KZylMesh::GetPolygonMaterial(int polygon) const {
-  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[static_cast<size_t>(polygon)].material : -1;
+  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[polygon].material : -1;
 }
 
 int KZylMesh::GetPolygonTexture(int polygon) const {
-  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[static_cast<size_t>(polygon)].texture : -1;
+  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[polygon].texture : -1;
 }
 
 int KZylMesh::GetPolygonGroup(int polygon) const {
-  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[static_cast<size_t>(polygon)].group : -1;
+  return (polygon >= 0 && polygon < GetPolygonCount()) ? mPolygons[polygon].group : -1;
 }
 
 bool KZylMesh::ComputeVertexNormals(bool) {
@@ -230,12 +236,14 @@ bool KZylMesh::ComputeVertexNormals(bool) {
   const KArrayTemplate<KZylVector4>& points = GetControlPoints();
   std::vector<KZylVector4> sums(static_cast<size_t>(pointCount));
   auto valid = [&](int index) { return index >= 0 && index < pointCount; };
+  const KArrayTemplate<Polygon>& polygons = mPolygons;
+  const KArrayTemplate<int>& vertices = mPolygonVertices;
   std::vector<int> corners;
-  for (const Polygon& polygon : mPolygons) {
+  for (const Polygon& polygon : polygons) {
     // Newell's method over the polygon's valid vertices.
     corners.clear();
     for (int k = 0; k < polygon.size; ++k) {
-      int index = mPolygonVertices[polygon.start + k];
+      int index = vertices[polygon.start + k];
       if (valid(index)) corners.push_back(index);
     }
     KZylVector4 normal;
@@ -261,8 +269,8 @@ bool KZylMesh::ComputeVertexNormals(bool) {
   normals->SetReferenceMode(KZylLayerElement::eDirect);
   KArrayTemplate<KZylVector4>& direct = normals->GetDirectArray();
   direct.Clear();
-  direct.Reserve(mPolygonVertices.GetCount());
-  for (int index : mPolygonVertices) direct.Add(valid(index) ? sums[static_cast<size_t>(index)] : KZylVector4());
+  direct.Reserve(vertices.GetCount());
+  for (int index : vertices) direct.Add(valid(index) ? sums[static_cast<size_t>(index)] : KZylVector4());
   return true;
 }
 
@@ -270,9 +278,7 @@ void KZylMesh::CopyFrom(const KZylObject& source) {
   KZylGeometry::CopyFrom(source);
   if (!source.Is(KZylMesh::ClassId)) return;
   const KZylMesh& mesh = static_cast<const KZylMesh&>(source);
-  mPolygons = mesh.mPolygons;
-  mPolygonVertices = mesh.mPolygonVertices;
-  mPolygonOpen = false;
+  CopyPolygonsFrom(mesh);
 }
 
 }  // namespace zylsdk

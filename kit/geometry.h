@@ -135,11 +135,13 @@ class KZylMesh : public KZylGeometry {
   // Appends a control-point index to the open polygon; without one, starts a polygon first.
   void AddPolygon(int index, int textureUVIndex = -1);
   void EndPolygon();
+  // Replaces this mesh's polygons by those of `source` (their arrays shared until one changes).
+  void CopyPolygonsFrom(const KZylMesh& source);
   // Makes room for `polygons` more polygons holding `vertices` more vertices in all, so that
   // building a large mesh does not move its arrays while they grow.
   void ReservePolygons(int64_t polygons, int64_t vertices);
 
-  int GetPolygonCount() const { return static_cast<int>(mPolygons.size()); }
+  int GetPolygonCount() const { return mPolygons.GetCount(); }
   // The number of vertices of a polygon; -1 for an index outside the polygons.
   int GetPolygonSize(int polygon) const;
   // The control-point index of a polygon's vertex; -1 outside the polygon.
@@ -171,7 +173,7 @@ class KZylMesh : public KZylGeometry {
     int texture;
     int group;
   };
-  std::vector<Polygon> mPolygons;
+  KArrayTemplate<Polygon> mPolygons;
   KArrayTemplate<int> mPolygonVertices;
   bool mPolygonOpen = false;
 };

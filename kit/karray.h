@@ -4,73 +4,100 @@
 
 #include <cstddef>
 #include <cstring>
+#include <initializer_list>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
 namespace zylsdk {
 
-// A growable array with value semantics. Indexed access with operator[] expects a valid index;
-// GetAt is the bounded read: outside the array it gives a default-constructed value.
+// A growable array with value semantics. Copies share their storage until one of them is
+// changed (copy on write), so that copying a large array costs nothing until it is written.
+// A reference or pointer into an array stays valid only until the array is copied or changed.
+//
+// Indexed access with operator[] expects a valid index; GetAt is the bounded read: outside the
+// array it gives a default-constructed value.
 template <class T>
 class KArrayTemplate {
  public:
   KArrayTemplate() = default;
-  KArrayTemplate(std::initializer_list<T> items) : mItems(items) {}
+  KArrayTemplate(std::initializer_list<T> items) : mItems(std::make_shared<Storage>(items)) {}
 
-  int GetCount() const { return static_cast<int>(mItems.size()); }
-  bool IsEmpty() const { return mItems.empty(); }
+  int GetCount() const { return static_cast<int>(Read().size()); }
+  bool IsEmpty() const { return Read().empty(); }
 
-  int Add(const T& item) { mItems.push_back(item); return GetCount() - 1; }
-  int Add(T&& item) { mItems.push_back(std::move(item)); return GetCount() - 1; }
+  int Add(const T& item) { Write().push_back(item); return GetCount() - 1; }
+  int Add(T&& item) { Write().push_back(std::move(item)); return GetCount() - 1; }
   // Inserts before `index` (clamped to 0..count) and returns the position.
   int InsertAt(int index, const T& item) {
-    size_t at = index < 0 ? 0 : (static_cast<size_t>(index) > mItems.size() ? mItems.size() : static_cast<size_t>(index));
-    mItems.insert(mItems.begin() + static_cast<std::ptrdiff_t>(at), item);
+    Storage& items = Write();
+    size_t at = index < 0 ? 0 : (static_cast<size_t>(index) > items.size() ? items.size() : static_cast<size_t>(index));
+    items.insert(items.begin() + static_cast<std::ptrdiff_t>(at), item);
     return static_cast<int>(at);
   }
   // Removes and returns the item at `index`; out of range, removes nothing and returns T().
   T RemoveAt(int index) {
     if (!IsValidIndex(index)) return T();
-    T item = std::move(mItems[static_cast<size_t>(index)]);
-    mItems.erase(mItems.begin() + index);
+    Storage& items = Write();
+    T item = std::move(items[static_cast<size_t>(index)]);
+    items.erase(items.begin() + index);
     return item;
   }
-  void Clear() { mItems.clear(); }
-  void Reserve(int count) { if (count > 0) mItems.reserve(static_cast<size_t>(count)); }
-  void Resize(int count) { mItems.resize(count > 0 ? static_cast<size_t>(count) : 0); }
+  void Clear() { mItems.reset(); }
+  void Reserve(int count) { if (count > 0) Write().reserve(static_cast<size_t>(count)); }
+  void Resize(int count) { Write().resize(count > 0 ? static_cast<size_t>(count) : 0); }
 
-  bool IsValidIndex(int index) const { return index >= 0 && static_cast<size_t>(index) < mItems.size(); }
-  T GetAt(int index) const { return IsValidIndex(index) ? mItems[static_cast<size_t>(index)] : T(); }
+  bool IsValidIndex(int index) const { return index >= 0 && static_cast<size_t>(index) < Read().size(); }
+  T GetAt(int index) const { return IsValidIndex(index) ? Read()[static_cast<size_t>(index)] : T(); }
   // Writes inside the array only; out of range it does nothing and returns false.
   bool SetAt(int index, const T& item) {
     if (!IsValidIndex(index)) return false;
-    mItems[static_cast<size_t>(index)] = item;
+    Write()[static_cast<size_t>(index)] = item;
     return true;
   }
   // Position of the first item equal to `item`, or -1.
   int Find(const T& item) const {
-    for (size_t i = 0; i < mItems.size(); ++i)
-      if (mItems[i] == item) return static_cast<int>(i);
+    const Storage& items = Read();
+    for (size_t i = 0; i < items.size(); ++i)
+      if (items[i] == item) return static_cast<int>(i);
     return -1;
   }
 
-  T& operator[](int index) { return mItems[static_cast<size_t>(index)]; }
-  const T& operator[](int index) const { return mItems[static_cast<size_t>(index)]; }
-  T* GetArray() { return mItems.data(); }
-  const T* GetArray() const { return mItems.data(); }
+  T& operator[](int index) { return Write()[static_cast<size_t>(index)]; }
+  const T& operator[](int index) const { return Read()[static_cast<size_t>(index)]; }
+  T* GetArray() { return Write().data(); }
+  const T* GetArray() const { return Read().data(); }
 
-  std::vector<T>& Std() { return mItems; }
-  const std::vector<T>& Std() const { return mItems; }
-  auto begin() { return mItems.begin(); }
-  auto end() { return mItems.end(); }
-  auto begin() const { return mItems.begin(); }
-  auto end() const { return mItems.end(); }
+  std::vector<T>& Std() { return Write(); }
+  const std::vector<T>& Std() const { return Read(); }
+  auto begin() { return Write().begin(); }
+  auto end() { return Write().end(); }
+  auto begin() const { return Read().begin(); }
+  auto end() const { return Read().end(); }
 
-  friend bool operator==(const KArrayTemplate& a, const KArrayTemplate& b) { return a.mItems == b.mItems; }
-  friend bool operator!=(const KArrayTemplate& a, const KArrayTemplate& b) { return a.mItems != b.mItems; }
+  // True when both arrays use one storage (one is a copy of the other, neither changed since).
+  bool SharesStorageWith(const KArrayTemplate& other) const { return mItems && mItems == other.mItems; }
+
+  friend bool operator==(const KArrayTemplate& a, const KArrayTemplate& b) { return a.Read() == b.Read(); }
+  friend bool operator!=(const KArrayTemplate& a, const KArrayTemplate& b) { return a.Read() != b.Read(); }
 
  private:
-  std::vector<T> mItems;
+  using Storage = std::vector<T>;
+
+  const Storage& Read() const {
+    static const Storage empty;
+    return mItems ? *mItems : empty;
+  }
+  // The storage, made this array's own first when it is shared.
+  Storage& Write() {
+    if (!mItems)
+      mItems = std::make_shared<Storage>();
+    else if (mItems.use_count() > 1)
+      mItems = std::make_shared<Storage>(*mItems);
+    return *mItems;
+  }
+
+  std::shared_ptr<Storage> mItems;  // null while empty
 };
 
 // An array of items of a fixed byte size, for data whose type the container does not know.

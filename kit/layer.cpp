@@ -96,13 +96,22 @@ void KZylLayer::Clone(const KZylLayer& source, KZylSdkManager*) {
   for (const auto& [channel, element] : source.mTextures) mTextures[channel] = CloneElement(element);
 }
 
+namespace {
+
+// Nulls the entries of destroyed objects, writing to the array only when one is there (a
+// write would give a shared array storage of its own).
+template <class T>
+void ForgetEntries(KArrayTemplate<T*>& entries, const std::unordered_set<const KZylObject*>& gone) {
+  const KArrayTemplate<T*>& readOnly = entries;
+  for (int i = 0; i < readOnly.GetCount(); ++i)
+    if (readOnly[i] && gone.count(readOnly[i])) entries[i] = nullptr;
+}
+
+}  // namespace
+
 void KZylLayer::ForgetObjects(const std::unordered_set<const KZylObject*>& gone) {
-  if (mMaterials)
-    for (KZylSurfaceMaterial*& material : mMaterials->GetDirectArray())
-      if (material && gone.count(material)) material = nullptr;
-  for (auto& entry : mTextures)
-    for (KZylTexture*& texture : entry.second->GetDirectArray())
-      if (texture && gone.count(texture)) texture = nullptr;
+  if (mMaterials) ForgetEntries(mMaterials->GetDirectArray(), gone);
+  for (auto& entry : mTextures) ForgetEntries(entry.second->GetDirectArray(), gone);
 }
 
 }  // namespace zylsdk

@@ -122,7 +122,7 @@ void KZylReaderCollada::DestroyUnusedPlaceholderMaterials() {
     KZylMesh* mesh = mManager->GetSrcObject<KZylMesh>(i);
     if (mesh->GetNodeCount() == 0) continue;
     for (int j = 0; j < mesh->GetLayerCount(); ++j)
-      if (KZylLayerElementMaterial* materials = mesh->GetLayer(j)->GetMaterials())
+      if (const KZylLayerElementMaterial* materials = mesh->GetLayer(j)->GetMaterials())
         for (KZylSurfaceMaterial* material : materials->GetDirectArray()) used.insert(material);
   }
   std::vector<KZylObject*> unused;

@@ -93,7 +93,7 @@ void KZylReaderCollada::ConnectMeshMaterials(KZylScene& scene) {
     KZylNode* node = geometry->GetNode();
     if (!node) continue;
     for (int j = 0; j < geometry->GetLayerCount(KZylLayerElement::eMaterial); ++j) {
-      KZylLayerElementMaterial* element = geometry->GetLayer(j, KZylLayerElement::eMaterial)->GetMaterials();
+      const KZylLayerElementMaterial* element = geometry->GetLayer(j, KZylLayerElement::eMaterial)->GetMaterials();
       KZylLayerElement::EReferenceMode mode = element->GetReferenceMode();
       if (mode != KZylLayerElement::eDirect && mode != KZylLayerElement::eIndexToDirect) continue;
       for (KZylSurfaceMaterial* material : element->GetDirectArray()) {

@@ -1,12 +1,16 @@
 #include "reader/dom/numbers.h"
 
 #include <charconv>
+#include <cstdint>
 #include <climits>
 #include <cmath>
 #include <cstring>
 
 namespace zylsdk {
 namespace {
+
+// Past this magnitude an integer no longer fits an int (it is -INT_MIN).
+constexpr uint64_t kSaturated = static_cast<uint64_t>(INT_MAX) + 1;
 
 bool IsSeparator(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v' || c == ','; }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -162,20 +166,22 @@ void strtoints(const char* text, KArrayTemplate<int>& out) {
   std::vector<int>& values = out.Std();
   const char* p = text;
   while (*p) {
-    bool starts = IsDigit(*p) || ((*p == '-' || *p == '+') && IsDigit(p[1]));
-    if (!starts) {
+    const bool negative = *p == '-';
+    const bool sign = negative || *p == '+';
+    if (!IsDigit(sign ? p[1] : *p)) {
       ++p;
       continue;
     }
-    const char* first = *p == '+' ? p + 1 : p;
-    long long wide = 0;
-    // Digits only: the scan stops at the first character that is not part of the integer.
-    const char* end = first + 1;
-    while (IsDigit(*end)) ++end;
-    std::from_chars_result result = std::from_chars(first, end, wide);
-    if (result.ec == std::errc::result_out_of_range) wide = *first == '-' ? LLONG_MIN : LLONG_MAX;
-    values.push_back(wide > INT_MAX ? INT_MAX : (wide < INT_MIN ? INT_MIN : static_cast<int>(wide)));
-    p = end;
+    if (sign) ++p;
+    // One pass over the digits; the magnitude stops growing once it is past the int range,
+    // so that the value saturates.
+    uint64_t magnitude = 0;
+    for (; IsDigit(*p); ++p)
+      if (magnitude <= kSaturated) magnitude = magnitude * 10 + static_cast<uint64_t>(*p - '0');
+    if (negative)
+      values.push_back(magnitude >= kSaturated ? INT_MIN : -static_cast<int>(magnitude));
+    else
+      values.push_back(magnitude > static_cast<uint64_t>(INT_MAX) ? INT_MAX : static_cast<int>(magnitude));
   }
 }
 
@@ -201,6 +207,11 @@ void strtomatrix(const char*& cursor, KZylXMatrix& out) {
 }
 
 void ParseDoubles(const char* text, std::vector<double>& out) {
+  if (!text) return;
+  // One quick pass counts the words, so that large arrays are allocated once.
+  size_t words = 0;
+  for (const char* p = text; *p; ++p) words += !IsSeparator(*p) && (p == text || IsSeparator(p[-1]));
+  out.reserve(out.size() + words);
   NumberReader reader(text);
   double value;
   while (reader.Next(value)) out.push_back(value);

@@ -16,7 +16,10 @@ void AppendNormals(KZylLayerElementNormal& element, const KString& name, const K
   KArrayTemplate<KZylVector4>& direct = element.GetDirectArray();
   ReserveMore(direct, lists.GetTotalVertexCount());
   // A vector per polygon vertex; an index outside the source gives a zero vector.
-  lists.ForEachValue(offset, [&](int index) { direct.Add(normals.GetAt(index)); });
+  std::vector<KZylVector4>& out = direct.Std();
+  const int count = normals.GetCount();
+  const KZylVector4* values = normals.GetArray();
+  lists.ForEachValue(offset, [&](int index) { out.push_back(index >= 0 && index < count ? values[index] : KZylVector4()); });
 }
 
 // Colours and texture coordinates: an index per polygon vertex, and the source's values once

@@ -7,26 +7,20 @@ namespace zylsdk {
 namespace {
 
 // Control points with their normals (layer 0's normal array, read by control-point index).
+// The points are shared with the source until one of them changes.
 void CopyControlPoints(KZylGeometryBase& destination, const KZylGeometryBase& source) {
   const int count = source.GetControlPointsCount();
-  destination.InitControlPointArray(count);
+  destination.GetControlPoints() = source.GetControlPoints();
   destination.InitNormals(count);
   const KZylLayerElementNormal* normals = source.GetNormals();
-  for (int i = 0; i < count; ++i) {
-    const KZylVector4 normal = normals ? normals->GetDirectArray().GetAt(i) : KZylVector4();
-    destination.SetControlPointAndNormal(source.GetControlPointAt(i), normal, i);
+  if (!normals) return;
+  KArrayTemplate<KZylVector4>& copied = destination.GetNormals()->GetDirectArray();
+  const KArrayTemplate<KZylVector4>& original = normals->GetDirectArray();
+  if (original.GetCount() == count) {
+    copied = original;
+    return;
   }
-}
-
-void CopyPolygons(KZylMesh& destination, const KZylMesh& source) {
-  const KArrayTemplate<int>& vertices = source.GetPolygonVertices();
-  int vertex = 0;
-  for (int p = 0; p < source.GetPolygonCount(); ++p) {
-    destination.BeginPolygon(source.GetPolygonMaterial(p), source.GetPolygonTexture(p), source.GetPolygonGroup(p), true);
-    for (int k = 0; k < source.GetPolygonSize(p); ++k, ++vertex)
-      destination.AddPolygon(vertices.IsValidIndex(vertex) ? vertices[vertex] : -1, -1);
-    destination.EndPolygon();
-  }
+  for (int i = 0; i < count; ++i) copied[i] = original.GetAt(i);
 }
 
 void CopyLayers(KZylMesh& destination, const KZylMesh& source, KZylSdkManager* manager) {
@@ -40,8 +34,13 @@ void CopyLayers(KZylMesh& destination, const KZylMesh& source, KZylSdkManager* m
 
 void KZylReaderCollada::CopyMesh(KZylMesh* destination, KZylMesh* source) {
   if (!source) return;
-  CopyControlPoints(*destination, *source);
-  CopyPolygons(*destination, *source);
+  if (source->GetLayerCount() > 0) {
+    // The layers' copies below replace layer 0 and its normals: only the points are needed.
+    destination->GetControlPoints() = source->GetControlPoints();
+  } else {
+    CopyControlPoints(*destination, *source);
+  }
+  destination->CopyPolygonsFrom(*source);
   CopyLayers(*destination, *source, mManager);
 
   for (int i = 0; i < source->GetShapeCount(); ++i) {

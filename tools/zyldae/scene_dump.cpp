@@ -70,8 +70,10 @@ class ObjectIds {
       const KZylLayer* layer = container.GetLayer(i);
       if (const KZylLayerElementMaterial* materials = layer->GetMaterials())
         for (const KZylSurfaceMaterial* material : materials->GetDirectArray()) Meet(material, mMaterials);
-      for (auto channel : layer->GetTextureChannels())
-        for (const KZylTexture* texture : layer->GetTextures(channel)->GetDirectArray()) Meet(texture, mTextures);
+      for (auto channel : layer->GetTextureChannels()) {
+        const KZylLayerElementTexture* textures = layer->GetTextures(channel);
+        for (const KZylTexture* texture : textures->GetDirectArray()) Meet(texture, mTextures);
+      }
     }
   }
   void Meet(const KZylObject* object, std::vector<const KZylObject*>& list) {
