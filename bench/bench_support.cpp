@@ -1,6 +1,7 @@
 #include "bench/bench_support.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 
 #include "reader/xml_document.h"
@@ -21,6 +22,17 @@ bool ReadWhole(const std::string& path) { return zyldae::ReadDocument(path.c_str
 void Report(const std::string& what, double parseSeconds, double readSeconds) {
   std::printf("%-40s parse %8.3f s   read %8.3f s   read/parse %6.2f\n", what.c_str(), parseSeconds, readSeconds,
               parseSeconds > 0 ? readSeconds / parseSeconds : 0.0);
+}
+
+bool Measure(const std::string& what, const std::string& document) {
+  const std::string path = WriteTemporary("measure.dae", document);
+  const double parse = BestSeconds(3, [&] { ParseOnly(path); });
+  bool ok = true;
+  const double read = BestSeconds(3, [&] { ok = ReadWhole(path) && ok; });
+  Report(what, parse, read);
+  if (!ok) std::printf("  (the read failed)\n");
+  if (!std::getenv("ZYLBENCH_KEEP")) std::remove(path.c_str());
+  return ok;
 }
 
 }  // namespace zylbench

@@ -1,52 +1,57 @@
 #include "kit/kstringlist.h"
 
-#include <algorithm>
+#include <functional>
+#include <string_view>
 
 namespace zylsdk {
+namespace {
+
+size_t HashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
+
+}  // namespace
+
+KStringList::Entry KStringList::MakeEntry(const KString& key, intptr_t reference) {
+  Entry entry{mKeyBytes.size(), key.Std().size(), reference, HashOf(key.Std())};
+  mKeyBytes += key.Std();
+  return entry;
+}
 
 int KStringList::Add(const KString& key, intptr_t reference) {
-  uint64_t sequence = mNextSequence++;
-  mEntries.push_back({key, reference, sequence});
-  mIndex[key].push_back(sequence);
+  mEntries.push_back(MakeEntry(key, reference));
+  IndexEntry(mEntries.size() - 1);
   return GetCount() - 1;
 }
 
 int KStringList::InsertAt(int index, const KString& key, intptr_t reference) {
   if (index >= GetCount()) return Add(key, reference);
   if (index < 0) index = 0;
-  mEntries.insert(mEntries.begin() + index, {key, reference, 0});
-  // An insertion inside the list changes the order of the sequence numbers: number them again.
-  Renumber();
+  mEntries.insert(mEntries.begin() + index, MakeEntry(key, reference));
+  RebuildIndex();
   return index;
 }
 
 void KStringList::RemoveAt(int index) {
   if (index < 0 || index >= GetCount()) return;
-  const Entry& entry = mEntries[static_cast<size_t>(index)];
-  auto found = mIndex.find(entry.key);
-  if (found != mIndex.end()) {
-    std::vector<uint64_t>& sequences = found->second;
-    sequences.erase(std::lower_bound(sequences.begin(), sequences.end(), entry.sequence));
-    if (sequences.empty()) mIndex.erase(found);
-  }
   mEntries.erase(mEntries.begin() + index);
+  RebuildIndex();
 }
 
 void KStringList::Clear() {
   mEntries.clear();
-  mIndex.clear();
+  mKeyBytes.clear();
+  mSlots.clear();
 }
 
 int KStringList::Find(const KString& key) const {
-  auto found = mIndex.find(key);
-  if (found == mIndex.end() || found->second.empty()) return -1;
-  return PositionOfSequence(found->second.front());
+  if (mSlots.empty()) return -1;
+  uint32_t slot = mSlots[SlotOf(key.Std(), HashOf(key.Std()))];
+  return slot == 0 ? -1 : static_cast<int>(slot - 1);
 }
 
-const KString& KStringList::GetStringAt(int index) const {
-  static const KString empty;
-  if (index < 0 || index >= GetCount()) return empty;
-  return mEntries[static_cast<size_t>(index)].key;
+KString KStringList::GetStringAt(int index) const {
+  if (index < 0 || index >= GetCount()) return KString();
+  std::string_view key = KeyOf(mEntries[static_cast<size_t>(index)]);
+  return KString(key.data(), key.size());
 }
 
 intptr_t KStringList::GetReferenceAt(int index) const {
@@ -59,19 +64,36 @@ void KStringList::SetReferenceAt(int index, intptr_t reference) {
   mEntries[static_cast<size_t>(index)].reference = reference;
 }
 
-void KStringList::Renumber() {
-  mIndex.clear();
-  mNextSequence = 0;
-  for (Entry& entry : mEntries) {
-    entry.sequence = mNextSequence++;
-    mIndex[entry.key].push_back(entry.sequence);
+size_t KStringList::SlotOf(std::string_view key, size_t hash) const {
+  const size_t mask = mSlots.size() - 1;
+  for (size_t slot = hash & mask;; slot = (slot + 1) & mask) {
+    uint32_t occupant = mSlots[slot];
+    if (occupant == 0) return slot;
+    const Entry& entry = mEntries[occupant - 1];
+    if (entry.hash == hash && KeyOf(entry) == key) return slot;
   }
 }
 
-int KStringList::PositionOfSequence(uint64_t sequence) const {
-  auto at = std::lower_bound(mEntries.begin(), mEntries.end(), sequence,
-                             [](const Entry& entry, uint64_t s) { return entry.sequence < s; });
-  return static_cast<int>(at - mEntries.begin());
+void KStringList::IndexEntry(size_t position) {
+  // Keep the table at most half full: grow it and index every entry again.
+  if (2 * (position + 1) > mSlots.size()) {
+    RebuildIndex();
+    return;
+  }
+  const Entry& entry = mEntries[position];
+  uint32_t& slot = mSlots[SlotOf(KeyOf(entry), entry.hash)];
+  if (slot == 0) slot = static_cast<uint32_t>(position + 1);
+}
+
+void KStringList::RebuildIndex() {
+  size_t capacity = 16;
+  while (capacity < 2 * mEntries.size()) capacity *= 2;
+  mSlots.assign(capacity, 0);
+  for (size_t position = 0; position < mEntries.size(); ++position) {
+    const Entry& entry = mEntries[position];
+    uint32_t& slot = mSlots[SlotOf(KeyOf(entry), entry.hash)];
+    if (slot == 0) slot = static_cast<uint32_t>(position + 1);
+  }
 }
 
 }  // namespace zylsdk

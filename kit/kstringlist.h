@@ -2,10 +2,14 @@
 // KStringList: an ordered list of entries, each a string key with one pointer-sized reference.
 //
 // Lookups answer "the first entry whose key equals K" exactly as a front-to-back scan would,
-// but in constant expected time: an index from each key to its entries stands beside the list.
+// in constant expected time: beside the list stands an open-addressing index from each key to
+// the position of its first entry. Add and Find cost constant time; RemoveAt and InsertAt
+// before the end renumber the positions, which rebuilds the index (linear in the list). The
+// keys are kept together in one buffer, so that a long list costs few allocations.
 
 #include <cstdint>
-#include <unordered_map>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "kit/kstring.h"
@@ -28,24 +32,33 @@ class KStringList {
   int Find(const KString& key) const;
 
   // Entry access; out-of-range indices give "" and 0.
-  const KString& GetStringAt(int index) const;
+  KString GetStringAt(int index) const;
   intptr_t GetReferenceAt(int index) const;
   void SetReferenceAt(int index, intptr_t reference);
 
  private:
   struct Entry {
-    KString key;
+    size_t keyOffset;  // in mKeyBytes
+    size_t keyLength;
     intptr_t reference;
-    uint64_t sequence;  // increasing along the list; ties an index entry to its list entry
+    size_t hash;
   };
 
-  void Renumber();
-  int PositionOfSequence(uint64_t sequence) const;
+  std::string_view KeyOf(const Entry& entry) const { return {mKeyBytes.data() + entry.keyOffset, entry.keyLength}; }
+  Entry MakeEntry(const KString& key, intptr_t reference);
+  // Slot of `key` in the index: the slot holding its first entry, or the empty slot where it
+  // would go.
+  size_t SlotOf(std::string_view key, size_t hash) const;
+  // Indexes the entry at `position` unless its key already has a first entry.
+  void IndexEntry(size_t position);
+  void RebuildIndex();
 
   std::vector<Entry> mEntries;
-  // Key to the sequence numbers of its entries, smallest (front-most) first.
-  std::unordered_map<KString, std::vector<uint64_t>> mIndex;
-  uint64_t mNextSequence = 0;
+  // Every key added, one after the other; removed entries leave their bytes until Clear.
+  std::string mKeyBytes;
+  // Open addressing with linear probing over a power-of-two table, at most half full. A slot
+  // holds the position of a key's first entry plus one; 0 is empty.
+  std::vector<uint32_t> mSlots;
 };
 
 }  // namespace zylsdk

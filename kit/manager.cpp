@@ -31,47 +31,52 @@ std::unique_ptr<KZylReader> KZylSdkManager::CreateReader(const KString& fileName
 }
 
 void KZylSdkManager::AdoptObject(KZylObject* object) {
-  object->mUniqueID = mNextUniqueID++;
-  mSlots.emplace(object, mObjects.size());
+  // An object's unique id is its position in mObjects plus one.
   mObjects.emplace_back(object);
+  object->mUniqueID = mObjects.size();
   ++mLiveObjects;
-  for (const KZylClassId* c = &object->GetClassId(); c; c = c->parent) mObjectsByClass[c].push_back(object);
+  ++mObjectsVersion;
 }
 
 void KZylSdkManager::DestroyObjects(const std::vector<KZylObject*>& objects) {
   ObjectSet gone;
   for (KZylObject* object : objects)
-    if (object && mSlots.count(object)) gone.insert(object);
+    if (object && object->GetZylSdkManager() == this) gone.insert(object);
   if (gone.empty()) return;
   for (const std::unique_ptr<KZylObject>& other : mObjects)
     if (other && !gone.count(other.get())) other->ForgetObjects(gone);
-  for (const KZylObject* object : gone) const_cast<KZylObject*>(object)->DisconnectAll();
-  for (auto& [classId, list] : mObjectsByClass)
-    list.erase(std::remove_if(list.begin(), list.end(), [&](KZylObject* o) { return gone.count(o) != 0; }),
-               list.end());
   for (const KZylObject* object : gone) {
-    auto slot = mSlots.find(object);
-    mObjects[slot->second].reset();
-    mSlots.erase(slot);
+    const_cast<KZylObject*>(object)->DisconnectAll();
+    mObjects[object->GetUniqueID() - 1].reset();
     --mLiveObjects;
   }
+  ++mObjectsVersion;
   ++mHierarchyVersion;
 }
 
-bool KZylSdkManager::Holds(const KZylObject* object, uint64_t uniqueID) const {
-  return mSlots.count(object) != 0 && object->GetUniqueID() == uniqueID;
+KZylObject* KZylSdkManager::FindObject(uint64_t uniqueID) const {
+  return (uniqueID >= 1 && uniqueID <= mObjects.size()) ? mObjects[uniqueID - 1].get() : nullptr;
+}
+
+const std::vector<KZylObject*>& KZylSdkManager::ObjectsOfClass(const KZylClassId& classId) const {
+  if (mObjectsByClassVersion != mObjectsVersion) {
+    mObjectsByClass.clear();
+    mObjectsByClassVersion = mObjectsVersion;
+  }
+  auto [entry, made] = mObjectsByClass.try_emplace(&classId);
+  if (made)
+    for (const std::unique_ptr<KZylObject>& object : mObjects)
+      if (object && object->Is(classId)) entry->second.push_back(object.get());
+  return entry->second;
 }
 
 int KZylSdkManager::GetSrcObjectCount(const KZylClassId& classId) const {
-  auto found = mObjectsByClass.find(&classId);
-  return found == mObjectsByClass.end() ? 0 : static_cast<int>(found->second.size());
+  return static_cast<int>(ObjectsOfClass(classId).size());
 }
 
 KZylObject* KZylSdkManager::GetSrcObject(const KZylClassId& classId, int index) const {
-  auto found = mObjectsByClass.find(&classId);
-  if (found == mObjectsByClass.end() || index < 0 || static_cast<size_t>(index) >= found->second.size())
-    return nullptr;
-  return found->second[static_cast<size_t>(index)];
+  const std::vector<KZylObject*>& objects = ObjectsOfClass(classId);
+  return (index >= 0 && static_cast<size_t>(index) < objects.size()) ? objects[static_cast<size_t>(index)] : nullptr;
 }
 
 template <class E>

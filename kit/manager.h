@@ -38,7 +38,8 @@ class KZylSdkManager {
   void RegisterReader(const KString& extension, ReaderFactory factory);
   std::unique_ptr<KZylReader> CreateReader(const KString& fileNameOrExtension);
 
-  // Objects of a class (subclasses included) in creation order.
+  // Objects of a class (subclasses included) in creation order. The list of a class is made
+  // on first request after objects were made or destroyed.
   int GetSrcObjectCount(const KZylClassId& classId) const;
   KZylObject* GetSrcObject(const KZylClassId& classId, int index) const;
   template <class T>
@@ -46,9 +47,12 @@ class KZylSdkManager {
   template <class T>
   T* GetSrcObject(int index) const { return static_cast<T*>(GetSrcObject(T::ClassId, index)); }
   int GetObjectCount() const { return static_cast<int>(mLiveObjects); }
+  // The live object that has this unique id (KZylObject::GetUniqueID), or null when it was
+  // destroyed or never existed.
+  KZylObject* FindObject(uint64_t uniqueID) const;
   // True when `object` is alive in this manager and is the object that had `uniqueID` (an
-  // address can be reused after a destruction; the id cannot).
-  bool Holds(const KZylObject* object, uint64_t uniqueID) const;
+  // address can be reused after a destruction; an id cannot).
+  bool Holds(const KZylObject* object, uint64_t uniqueID) const { return object && FindObject(uniqueID) == object; }
 
   // Layer elements. A new element belongs to the manager until a layer adopts it (the layer's
   // Set... call); elements never adopted are freed with the manager.
@@ -72,8 +76,8 @@ class KZylSdkManager {
     return object;
   }
   // Destroys the objects in one pass over the manager's objects: each is removed from every
-  // place in the kit that refers to it (see KZylObject::Destroy). Objects this manager does
-  // not hold are ignored.
+  // place in the kit that refers to it (see KZylObject::Destroy). The objects must be alive;
+  // objects of another manager are ignored.
   void DestroyObjects(const std::vector<KZylObject*>& objects);
 
  private:
@@ -81,11 +85,13 @@ class KZylSdkManager {
   template <class E>
   E* KeepLayerElement(E* element);
 
+  const std::vector<KZylObject*>& ObjectsOfClass(const KZylClassId& classId) const;
+
   std::vector<std::unique_ptr<KZylObject>> mObjects;  // creation order; destroyed slots are null
-  std::unordered_map<const KZylObject*, size_t> mSlots;
-  std::unordered_map<const KZylClassId*, std::vector<KZylObject*>> mObjectsByClass;
   size_t mLiveObjects = 0;
-  uint64_t mNextUniqueID = 1;
+  uint64_t mObjectsVersion = 0;  // changes whenever an object is made or destroyed
+  mutable std::unordered_map<const KZylClassId*, std::vector<KZylObject*>> mObjectsByClass;
+  mutable uint64_t mObjectsByClassVersion = 0;
   std::unordered_map<KZylLayerElement*, std::unique_ptr<KZylLayerElement>> mLayerElements;
   std::unique_ptr<KZylUserNotification> mUserNotification;
   std::unordered_map<KString, ReaderFactory> mReaderFactories;

@@ -125,10 +125,14 @@ void KZylReaderCollada::DestroyUnusedPlaceholderMaterials() {
       if (const KZylLayerElementMaterial* materials = mesh->GetLayer(j)->GetMaterials())
         for (KZylSurfaceMaterial* material : materials->GetDirectArray()) used.insert(material);
   }
+  // Only the set's materials that are still alive: the application may have destroyed some,
+  // and their addresses may since have been reused (their unique ids cannot).
   std::vector<KZylObject*> unused;
-  for (KZylSurfaceMaterial* material : mMaterialSet) {
-    // A material the application destroyed already is no longer the manager's.
-    if (!used.count(material) && mManager->Holds(material, mMaterialSetIds[material])) unused.push_back(material);
+  for (int i = 0; i < mManager->GetSrcObjectCount<KZylSurfaceMaterial>(); ++i) {
+    KZylSurfaceMaterial* material = mManager->GetSrcObject<KZylSurfaceMaterial>(i);
+    auto entry = mMaterialSetIds.find(material);
+    if (entry != mMaterialSetIds.end() && entry->second == material->GetUniqueID() && !used.count(material))
+      unused.push_back(material);
   }
   mManager->DestroyObjects(unused);
 }

@@ -156,7 +156,7 @@ class KZylReaderCollada : public KZylReader {
   // with an empty state.
   struct DocumentState {
     IdList<KZylScene> visualScenes;
-    IdList<KZylSurfaceMaterial> materials;
+    IdList<KZylSurfaceMaterial> materials{IdList<KZylSurfaceMaterial>::kTrackItems};
     IdList<KZylSurfaceMaterial> effects;
     IdList<KZylTexture> images;
     IdList<TextureUseArray> textures;

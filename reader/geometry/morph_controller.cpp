@@ -92,7 +92,7 @@ bool KZylReaderCollada::ConnectShapes(KZylGeometry* geometry, KString name, cons
     KZylProperty weight = geometry->FindProperty(target, true);
     if (weight.IsValid()) weight.Set(weights.GetAt(i));
     ShapeRecordList* records = mState->shapes.Lookup(key);
-    if (!records) records = mState->shapes.Add(key, std::make_unique<ShapeRecordList>());
+    if (!records) records = mState->shapes.Add(key, ShapeRecordList());
     records->Add(ShapeRecord{key, name, target, index, i});
   }
   KZylGeometryConverter* converter = KZylGeometryConverter::Create(mManager, "");

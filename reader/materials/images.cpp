@@ -119,7 +119,7 @@ bool KZylReaderCollada::ImportTexture(xmlNode* textureElement, KString effectId,
   // One array of uses per effect, listed once more for each of its textures, so that each
   // material instancing the effect can take one listing of it.
   TextureUseArray* uses = mState->textures.Lookup(effectId);
-  if (!uses) uses = mState->textures.Keep(std::make_unique<TextureUseArray>());
+  if (!uses) uses = mState->textures.Keep(TextureUseArray());
   uses->Add(TextureUse{texture, 0, layerKind});
   mState->textures.Add(effectId, uses);
   return true;

@@ -205,10 +205,7 @@ void KZylReaderCollada::SetMatrix(KZylNode* node, const KZylXMatrix* matrix) {
 }
 
 void KZylReaderCollada::RegisterAnimationTarget(const KString& key, const KString& kind, int axis) {
-  auto record = std::make_unique<ChannelRecord>();
-  record->kind = kind;
-  record->axis = axis;
-  mState->animationTargets.Add(key, std::move(record));
+  mState->animationTargets.Add(key, ChannelRecord{kind, axis});
 }
 
 }  // namespace zylsdk

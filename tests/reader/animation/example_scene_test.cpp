@@ -118,12 +118,12 @@ TEST_F(ExampleSceneTest, NodesWithoutAnimationHaveNoTake) {
 }
 
 TEST_F(ExampleSceneTest, TheTakeSpansTheLastAnimationFromItsFirstKey) {
-  // The last animation, the smile, runs from 0 to 1 s; the others end later but came before.
+  // The last animation, the box's turn, runs from 0 to 2 s; the take spans it alone.
   const Json& take = (*dump)["scene"]["takes"][0];
   EXPECT_EQ(take["name"], "Take 001");
   EXPECT_EQ(take["localTimeSpan"]["startTicks"], 0);
-  EXPECT_EQ(take["localTimeSpan"]["stop"], 1.0);
-  EXPECT_EQ(take["referenceTimeSpan"]["stop"], 1.0);
+  EXPECT_EQ(take["localTimeSpan"]["stop"], 2.0);
+  EXPECT_EQ(take["referenceTimeSpan"]["stop"], 2.0);
   EXPECT_EQ((*dump)["scene"]["currentTake"], "Take 001");
 }
 
