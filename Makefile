@@ -42,4 +42,4 @@ fuzz:
 	mkdir -p fuzz-out/corpus fuzz-out/findings
 	./build-fuzz/fuzz/read_fuzzer -max_total_time=$(FUZZ_SECONDS) -max_len=262144 -timeout=10 \
 		-rss_limit_mb=2048 -artifact_prefix=fuzz-out/findings/ fuzz-out/corpus examples tests/data/fuzz \
-		$(wildcard ../shared/corpus/*)
+		$(wildcard ../shared/corpus/*/)

@@ -6,8 +6,9 @@
 //   peer   Assimp's COLLADA importer without post-processing (when the bench was built with it).
 // Every time is the best of three runs and includes freeing what was made.
 //
-//   bench_compare_read [CORPUS_FOLDER]
+//   bench_compare_read [CORPUS_FOLDER] [--only TEXT]
 //
+// --only keeps the documents whose name contains TEXT.
 // Prints a Markdown table (scripts/update-performance-table.sh writes it to
 // docs/performance.md). The documents are the corpus files of at least 1 MB, when the folder
 // is given and exists, and generated ones: a million-triangle mesh, a 100,000-node scene, a
@@ -212,9 +213,19 @@ std::string MemoryRatio(const Measurement& a, const Measurement& b, double basel
 
 int main(int argc, char** argv) {
   if (argc == 4 && std::strcmp(argv[1], "--run") == 0) return RunMethod(argv[2], argv[3]);
-  const std::string corpus = argc > 1 ? argv[1] : "";
+  std::string corpus;
+  std::string only;
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--only") == 0 && i + 1 < argc)
+      only = argv[++i];
+    else
+      corpus = argv[i];
+  }
 
   std::vector<Document> documents = Documents(corpus);
+  documents.erase(std::remove_if(documents.begin(), documents.end(),
+                                 [&](const Document& d) { return d.name.find(only) == std::string::npos; }),
+                  documents.end());
   const Measurement baseline = Measure(argv[0], "none", documents.empty() ? "" : documents.front().path);
 #ifdef ZYL_HAVE_PEER
   const bool withPeer = true;

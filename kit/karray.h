@@ -90,10 +90,12 @@ class KArrayTemplate {
   }
   // The storage, made this array's own first when it is shared.
   Storage& Write() {
-    if (!mItems)
-      mItems = std::make_shared<Storage>();
-    else if (mItems.use_count() > 1)
-      mItems = std::make_shared<Storage>(*mItems);
+    if (mItems && mItems.use_count() == 1) return *mItems;
+    return Detach();
+  }
+  // Kept out of line, so that the common case above stays small enough to inline.
+  __attribute__((noinline)) Storage& Detach() {
+    mItems = mItems ? std::make_shared<Storage>(*mItems) : std::make_shared<Storage>();
     return *mItems;
   }
 

@@ -7,6 +7,7 @@ namespace zylsdk {
 namespace {
 
 size_t HashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
+uint32_t TagOf(size_t hash) { return static_cast<uint32_t>(hash >> 32) ^ static_cast<uint32_t>(hash); }
 
 }  // namespace
 
@@ -44,8 +45,8 @@ void KStringList::Clear() {
 
 int KStringList::Find(const KString& key) const {
   if (mSlots.empty()) return -1;
-  uint32_t slot = mSlots[SlotOf(key.Std(), HashOf(key.Std()))];
-  return slot == 0 ? -1 : static_cast<int>(slot - 1);
+  const Slot& slot = mSlots[SlotOf(key.Std(), HashOf(key.Std()))];
+  return slot.position == 0 ? -1 : static_cast<int>(slot.position - 1);
 }
 
 KString KStringList::GetStringAt(int index) const {
@@ -66,10 +67,12 @@ void KStringList::SetReferenceAt(int index, intptr_t reference) {
 
 size_t KStringList::SlotOf(std::string_view key, size_t hash) const {
   const size_t mask = mSlots.size() - 1;
+  const uint32_t tag = TagOf(hash);
   for (size_t slot = hash & mask;; slot = (slot + 1) & mask) {
-    uint32_t occupant = mSlots[slot];
-    if (occupant == 0) return slot;
-    const Entry& entry = mEntries[occupant - 1];
+    const Slot& occupant = mSlots[slot];
+    if (occupant.position == 0) return slot;
+    if (occupant.hashTag != tag) continue;
+    const Entry& entry = mEntries[occupant.position - 1];
     if (entry.hash == hash && KeyOf(entry) == key) return slot;
   }
 }
@@ -81,18 +84,18 @@ void KStringList::IndexEntry(size_t position) {
     return;
   }
   const Entry& entry = mEntries[position];
-  uint32_t& slot = mSlots[SlotOf(KeyOf(entry), entry.hash)];
-  if (slot == 0) slot = static_cast<uint32_t>(position + 1);
+  Slot& slot = mSlots[SlotOf(KeyOf(entry), entry.hash)];
+  if (slot.position == 0) slot = {static_cast<uint32_t>(position + 1), TagOf(entry.hash)};
 }
 
 void KStringList::RebuildIndex() {
   size_t capacity = 16;
   while (capacity < 2 * mEntries.size()) capacity *= 2;
-  mSlots.assign(capacity, 0);
+  mSlots.assign(capacity, Slot{0, 0});
   for (size_t position = 0; position < mEntries.size(); ++position) {
     const Entry& entry = mEntries[position];
-    uint32_t& slot = mSlots[SlotOf(KeyOf(entry), entry.hash)];
-    if (slot == 0) slot = static_cast<uint32_t>(position + 1);
+    Slot& slot = mSlots[SlotOf(KeyOf(entry), entry.hash)];
+    if (slot.position == 0) slot = {static_cast<uint32_t>(position + 1), TagOf(entry.hash)};
   }
 }
 

@@ -57,8 +57,13 @@ class KStringList {
   // Every key added, one after the other; removed entries leave their bytes until Clear.
   std::string mKeyBytes;
   // Open addressing with linear probing over a power-of-two table, at most half full. A slot
-  // holds the position of a key's first entry plus one; 0 is empty.
-  std::vector<uint32_t> mSlots;
+  // holds the position of a key's first entry plus one (0 is empty) and the upper bits of the
+  // key's hash, so that most probes that miss never touch the entries.
+  struct Slot {
+    uint32_t position;
+    uint32_t hashTag;
+  };
+  std::vector<Slot> mSlots;
 };
 
 }  // namespace zylsdk

@@ -1,5 +1,6 @@
 #include "reader/dom/numbers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <climits>
@@ -86,11 +87,10 @@ bool TooLarge(const char* first, const char* last) {
   return magnitude + exponent > 0;
 }
 
-// Parses a floating-point number at `p` (a leading '+' accepted); the end of what was read, or
-// null when no number starts there.
-const char* ParseDouble(const char* p, double& value) {
-  const char* end = DoubleExtent(p);
-  const char* first = (*p == '+' && p + 1 < end) ? p + 1 : p;
+// Parses a floating-point number at `p`, reading no further than `end` (a leading '+'
+// accepted); the end of what was read, or null when no number starts there.
+const char* ParseDoubleBefore(const char* p, const char* end, double& value) {
+  const char* first = (*p == '+' && p + 1 < end && p[1] != '+' && p[1] != '-') ? p + 1 : p;
   std::from_chars_result result = std::from_chars(first, end, value, std::chars_format::general);
   if (result.ec == std::errc::invalid_argument) return nullptr;
   if (result.ec == std::errc::result_out_of_range) {
@@ -100,6 +100,9 @@ const char* ParseDouble(const char* p, double& value) {
   }
   return result.ptr;
 }
+
+// The same where the end of the text is not known: the number's own extent bounds the read.
+const char* ParseDouble(const char* p, double& value) { return ParseDoubleBefore(p, DoubleExtent(p), value); }
 
 // Parses an integer at `p`, saturating; null when no integer starts there.
 const char* ParseInt(const char* p, int& value) {
@@ -206,15 +209,27 @@ void strtomatrix(const char*& cursor, KZylXMatrix& out) {
   cursor = reader.Cursor();
 }
 
-void ParseDoubles(const char* text, std::vector<double>& out) {
-  if (!text) return;
-  // One quick pass counts the words, so that large arrays are allocated once.
-  size_t words = 0;
-  for (const char* p = text; *p; ++p) words += !IsSeparator(*p) && (p == text || IsSeparator(p[-1]));
-  out.reserve(out.size() + words);
-  NumberReader reader(text);
+DoubleScanner::DoubleScanner(const char* text)
+    : mText(text ? text : ""), mCursor(mText), mEnd(mText + std::strlen(mText)) {}
+
+bool DoubleScanner::Next(double& value) {
+  for (;;) {
+    while (mCursor < mEnd && IsSeparator(*mCursor)) ++mCursor;
+    if (mCursor == mEnd) return false;
+    if (const char* next = ParseDoubleBefore(mCursor, mEnd, value)) {
+      mCursor = next;
+      return true;
+    }
+    ++mCursor;  // a character that cannot start a number
+  }
+}
+
+void ParseDoubles(const char* text, std::vector<double>& out, size_t expected) {
+  DoubleScanner scanner(text);
+  // The expected count only helps allocate once; the text bounds it.
+  out.reserve(out.size() + std::min(expected, scanner.Length() / 2 + 1));
   double value;
-  while (reader.Next(value)) out.push_back(value);
+  while (scanner.Next(value)) out.push_back(value);
 }
 
 }  // namespace zylsdk

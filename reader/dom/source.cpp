@@ -15,9 +15,13 @@ namespace {
 struct AccessorLayout {
   int64_t offset = 0;
   int64_t stride = 1;
-  int64_t count = 0;
+  KString declaredCount;  // the accessor's count as written ("" when absent)
+  int64_t count = 0;      // the items read: set by CountItems once the values are known
   std::vector<int64_t> components;  // positions inside an item, in component order
 };
+
+// Strides up to this read their values straight into the items (see ImportNumbers).
+constexpr int64_t kStreamedStride = 64;
 
 int64_t ReadInteger(const KString& text, int64_t fallback) {
   if (text.IsEmpty()) return fallback;
@@ -31,17 +35,22 @@ int ParamWidth(const KString& type) {
   return 1;
 }
 
-bool ReadLayout(const xmlNode* source, int64_t valueCount, AccessorLayout& layout) {
+// The number of items to read from `valueCount` values: items are read while they start inside
+// the array; without a declared count, only whole items.
+void CountItems(int64_t valueCount, AccessorLayout& layout) {
+  int64_t available = valueCount > layout.offset ? valueCount - layout.offset : 0;
+  int64_t starting = (available + layout.stride - 1) / layout.stride;
+  int64_t whole = available / layout.stride;
+  layout.count = layout.declaredCount.IsEmpty() ? whole
+                                                : std::clamp<int64_t>(ReadInteger(layout.declaredCount, 0), 0, starting);
+}
+
+bool ReadLayout(const xmlNode* source, AccessorLayout& layout) {
   xmlNode* accessor = findChildByType(getTechniqueCommonNode(source), "accessor");
   if (!accessor) return false;
   layout.offset = std::max<int64_t>(0, ReadInteger(DAE_GetProperty(accessor, "offset"), 0));
   layout.stride = std::max<int64_t>(1, ReadInteger(DAE_GetProperty(accessor, "stride"), 1));
-  int64_t available = valueCount > layout.offset ? valueCount - layout.offset : 0;
-  // Items are read while they start inside the array; without a count, only whole items.
-  int64_t starting = (available + layout.stride - 1) / layout.stride;
-  int64_t whole = available / layout.stride;
-  KString declared = DAE_GetProperty(accessor, "count");
-  layout.count = declared.IsEmpty() ? whole : std::clamp<int64_t>(ReadInteger(declared, 0), 0, starting);
+  layout.declaredCount = DAE_GetProperty(accessor, "count");
 
   int64_t position = 0;
   KArrayTemplate<xmlNode*> params;
@@ -107,20 +116,73 @@ void ReadComponents(const AccessorLayout& layout, const std::vector<Value>& valu
   }
 }
 
+// The number of values the array says it holds, for sizing only (the text bounds it).
+size_t DeclaredValues(const xmlNode* array) {
+  const KString declared = DAE_GetProperty(array, "count");
+  const char* cursor = declared.Buffer();
+  return static_cast<size_t>(std::max(0, strtoint(&cursor)));
+}
+
 // The numbers of the source's float_array and its accessor's layout; false without either.
 bool ReadNumberSource(const xmlNode* source, std::vector<double>& values, AccessorLayout& layout) {
   xmlNode* array = findChildByType(source, "float_array");
-  if (!array) return false;
-  ParseDoubles(ElementText(array).c_str(), values);
-  return ReadLayout(source, static_cast<int64_t>(values.size()), layout);
+  if (!array || !ReadLayout(source, layout)) return false;
+  ParseDoubles(ElementText(array).c_str(), values, DeclaredValues(array));
+  CountItems(static_cast<int64_t>(values.size()), layout);
+  return true;
+}
+
+// Whether the values can go straight into the items as they are read: a small stride, and no
+// component taken from beyond its item.
+template <class T>
+bool CanStream(const AccessorLayout& layout) {
+  if (layout.stride > kStreamedStride) return false;
+  const size_t used = std::min<size_t>(layout.components.size(), ComponentsOf<T>());
+  for (size_t k = 0; k < used; ++k)
+    if (layout.components[k] >= layout.stride) return false;
+  return true;
+}
+
+// Reads the array's numbers straight into the items, in one pass and without a copy of the
+// values: the same items as ReadItems gives for such a layout.
+template <class T>
+void StreamItems(const xmlNode* array, AccessorLayout& layout, KArrayTemplate<T>& out) {
+  std::vector<int> componentAt(static_cast<size_t>(layout.stride), -1);
+  const size_t used = std::min<size_t>(layout.components.size(), ComponentsOf<T>());
+  for (size_t k = 0; k < used; ++k) componentAt[static_cast<size_t>(layout.components[k])] = static_cast<int>(k);
+
+  ElementText text(array);
+  DoubleScanner scanner(text.c_str());
+  std::vector<T>& items = out.Std();
+  const size_t values = std::min(DeclaredValues(array), scanner.Length() / 2 + 1);
+  items.reserve(values / static_cast<size_t>(layout.stride) + 1);
+  int64_t index = 0;
+  int64_t position = 0;
+  double value;
+  while (scanner.Next(value)) {
+    if (index++ < layout.offset) continue;
+    if (position == 0) items.emplace_back();
+    if (int component = componentAt[static_cast<size_t>(position)]; component >= 0)
+      SetComponent(items.back(), component, value);
+    if (++position == layout.stride) position = 0;
+  }
+  CountItems(index, layout);
+  items.resize(static_cast<size_t>(layout.count));
 }
 
 template <class T>
 bool ImportNumbers(const xmlNode* source, KArrayTemplate<T>& out) {
   out.Clear();
-  std::vector<double> values;
+  xmlNode* array = findChildByType(source, "float_array");
   AccessorLayout layout;
-  if (!ReadNumberSource(source, values, layout)) return false;
+  if (!array || !ReadLayout(source, layout)) return false;
+  if (CanStream<T>(layout)) {
+    StreamItems(array, layout, out);
+    return true;
+  }
+  std::vector<double> values;
+  ParseDoubles(ElementText(array).c_str(), values, DeclaredValues(array));
+  CountItems(static_cast<int64_t>(values.size()), layout);
   ReadItems(layout, values, out);
   return true;
 }
@@ -143,8 +205,10 @@ bool ReadNameSource(const xmlNode* source, std::vector<KString>& words, Accessor
   xmlNode* array = findChildByType(source, "Name_array");
   if (!array) array = findChildByType(source, "IDREF_array");
   if (!array) return false;
+  if (!ReadLayout(source, layout)) return false;
   words = SplitWords(ElementText(array).c_str());
-  return ReadLayout(source, static_cast<int64_t>(words.size()), layout);
+  CountItems(static_cast<int64_t>(words.size()), layout);
+  return true;
 }
 
 }  // namespace
