@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <regex>
@@ -16,30 +15,12 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/corpus.h"
 #include "tests/support/documents.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using zyldae::Json;
-
-std::vector<std::string> CorpusFiles() {
-  std::vector<std::string> files;
-  std::error_code error;
-  if (!fs::is_directory(ZYL_CORPUS_DIR, error)) return files;
-  for (const auto& entry : fs::recursive_directory_iterator(ZYL_CORPUS_DIR, error))
-    if (entry.is_regular_file() && entry.path().extension() == ".dae")
-      files.push_back(fs::relative(entry.path(), ZYL_CORPUS_DIR).string());
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
-std::string TestName(const ::testing::TestParamInfo<std::string>& info) {
-  std::string name = info.param;
-  for (char& c : name)
-    if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-  return name;
-}
 
 // An index into an array of `size` entries, or -1.
 void ExpectIndex(const Json& index, int64_t size, const std::string& where) {
@@ -135,7 +116,7 @@ TEST_P(CorpusInvariants, HoldForTheRead) {
         << "material " << read.scene->GetMaterial(i)->GetName().Std() << " is not reached";
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, CorpusInvariants, ::testing::ValuesIn(CorpusFiles()), TestName);
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusInvariants, ::testing::ValuesIn(zyltest::CorpusDocuments()), zyltest::FileTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusInvariants);
 
 // The documents that docs/corpus.md records as read ("ok").
@@ -150,7 +131,7 @@ std::vector<std::string> RecordedAsRead() {
 }
 
 TEST(CorpusTable, DocumentsThatReadBeforeStillRead) {
-  if (CorpusFiles().empty()) GTEST_SKIP() << "no corpus at " << ZYL_CORPUS_DIR;
+  if (zyltest::CorpusDocuments().empty()) GTEST_SKIP() << "no corpus at " << ZYL_CORPUS_DIR;
   const std::vector<std::string> recorded = RecordedAsRead();
   ASSERT_FALSE(recorded.empty()) << "docs/corpus.md records no document as read";
   for (const std::string& file : recorded) {

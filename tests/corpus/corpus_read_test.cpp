@@ -5,26 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "tests/support/corpus.h"
 #include "tests/support/documents.h"
 
 namespace {
-
-namespace fs = std::filesystem;
-
-std::vector<std::string> CorpusFiles() {
-  std::vector<std::string> files;
-  std::error_code error;
-  if (!fs::is_directory(ZYL_CORPUS_DIR, error)) return files;
-  for (const auto& entry : fs::recursive_directory_iterator(ZYL_CORPUS_DIR, error))
-    if (entry.is_regular_file() && entry.path().extension() == ".dae")
-      files.push_back(fs::relative(entry.path(), ZYL_CORPUS_DIR).string());
-  std::sort(files.begin(), files.end());
-  return files;
-}
 
 class CorpusRead : public ::testing::TestWithParam<std::string> {};
 
@@ -39,18 +26,11 @@ TEST_P(CorpusRead, ReadsWithoutCrashing) {
   }
 }
 
-std::string TestName(const ::testing::TestParamInfo<std::string>& info) {
-  std::string name = info.param;
-  for (char& c : name)
-    if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-  return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Corpus, CorpusRead, ::testing::ValuesIn(CorpusFiles()), TestName);
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusRead, ::testing::ValuesIn(zyltest::CorpusDocuments()), zyltest::FileTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusRead);
 
 TEST(CorpusPresence, ReportsWhetherTheCorpusIsThere) {
-  if (CorpusFiles().empty()) GTEST_SKIP() << "no corpus at " << ZYL_CORPUS_DIR << ": corpus tests skipped";
+  if (zyltest::CorpusDocuments().empty()) GTEST_SKIP() << "no corpus at " << ZYL_CORPUS_DIR << ": corpus tests skipped";
   SUCCEED();
 }
 

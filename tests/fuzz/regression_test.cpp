@@ -4,26 +4,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/support/corpus.h"
 #include "tests/support/documents.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-std::vector<std::string> RegressionInputs() {
-  std::vector<std::string> files;
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator(std::string(ZYL_SOURCE_DIR) + "/tests/data/fuzz", error))
-    if (entry.is_regular_file() && entry.path().filename().string()[0] != '.')
-      files.push_back(entry.path().filename().string());
-  std::sort(files.begin(), files.end());
-  return files;
-}
+std::vector<std::string> RegressionInputs() { return zyltest::DocumentsIn(std::string(ZYL_SOURCE_DIR) + "/tests/data/fuzz"); }
 
 class FuzzRegression : public ::testing::TestWithParam<std::string> {};
 
@@ -40,14 +30,7 @@ TEST_P(FuzzRegression, ReadsCleanly) {
   }
 }
 
-std::string TestName(const ::testing::TestParamInfo<std::string>& info) {
-  std::string name = info.param;
-  for (char& c : name)
-    if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-  return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Inputs, FuzzRegression, ::testing::ValuesIn(RegressionInputs()), TestName);
+INSTANTIATE_TEST_SUITE_P(Inputs, FuzzRegression, ::testing::ValuesIn(RegressionInputs()), zyltest::FileTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(FuzzRegression);
 
 }  // namespace

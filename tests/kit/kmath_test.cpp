@@ -7,10 +7,12 @@
 #include <limits>
 
 #include "kit/kmath.h"
+#include "tests/support/near.h"
 
 namespace {
 
 using namespace zylsdk;
+using zyltest::Near;
 
 constexpr double kPi = 3.14159265358979323846;
 
@@ -34,23 +36,6 @@ KZylMatrix AxisMatrix(int axis, double degrees) {
 
 // The axes of each order in the order they apply: the name read left to right.
 const int kAxesOfOrder[6][3] = {{0, 1, 2}, {0, 2, 1}, {1, 2, 0}, {1, 0, 2}, {2, 0, 1}, {2, 1, 0}};
-
-::testing::AssertionResult Near(const KZylMatrix& actual, const KZylMatrix& expected, double tolerance = 1e-9) {
-  for (int r = 0; r < 4; ++r)
-    for (int c = 0; c < 4; ++c)
-      if (!(std::fabs(actual.mData[r][c] - expected.mData[r][c]) <= tolerance))
-        return ::testing::AssertionFailure() << "differs at [" << r << "][" << c << "]: " << actual.mData[r][c]
-                                             << " instead of " << expected.mData[r][c];
-  return ::testing::AssertionSuccess();
-}
-
-::testing::AssertionResult Near(const KZylVector4& actual, const KZylVector4& expected, double tolerance = 1e-9) {
-  for (int i = 0; i < 4; ++i)
-    if (!(std::fabs(actual[i] - expected[i]) <= tolerance))
-      return ::testing::AssertionFailure() << "component " << i << " is " << actual[i] << " instead of "
-                                           << expected[i];
-  return ::testing::AssertionSuccess();
-}
 
 bool AllFinite(const KZylMatrix& m) {
   for (int r = 0; r < 4; ++r)

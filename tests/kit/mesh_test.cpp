@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "kit/zylsdk.h"
+#include "tests/support/near.h"
 
 namespace {
 
@@ -27,11 +28,7 @@ class MeshTest : public ::testing::Test {
     return mesh;
   }
   static ::testing::AssertionResult Near(const KZylVector4& actual, const KZylVector4& expected) {
-    for (int k = 0; k < 4; ++k)
-      if (!(std::fabs(actual[k] - expected[k]) <= 1e-12))
-        return ::testing::AssertionFailure() << "component " << k << " is " << actual[k] << " instead of "
-                                             << expected[k];
-    return ::testing::AssertionSuccess();
+    return zyltest::Near(actual, expected, 1e-12);
   }
   KZylSdkManager manager;
 };

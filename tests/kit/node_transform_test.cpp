@@ -6,27 +6,18 @@
 #include <cmath>
 
 #include "kit/zylsdk.h"
+#include "tests/support/near.h"
 
 namespace {
 
 using namespace zylsdk;
 
-::testing::AssertionResult Near(const KZylVector4& actual, const KZylVector4& expected, double tolerance = 1e-9,
-                                int components = 3) {
-  for (int i = 0; i < components; ++i)
-    if (!(std::fabs(actual[i] - expected[i]) <= tolerance))
-      return ::testing::AssertionFailure() << "component " << i << " is " << actual[i] << " instead of "
-                                           << expected[i];
-  return ::testing::AssertionSuccess();
+// Rotations and translations compare on x, y and z.
+::testing::AssertionResult Near(const KZylVector4& actual, const KZylVector4& expected, double tolerance = 1e-9) {
+  return zyltest::Near(actual, expected, tolerance, 3);
 }
-
 ::testing::AssertionResult Near(const KZylMatrix& actual, const KZylMatrix& expected, double tolerance = 1e-9) {
-  for (int r = 0; r < 4; ++r)
-    for (int c = 0; c < 4; ++c)
-      if (!(std::fabs(actual.mData[r][c] - expected.mData[r][c]) <= tolerance))
-        return ::testing::AssertionFailure() << "differs at [" << r << "][" << c << "]: " << actual.mData[r][c]
-                                             << " instead of " << expected.mData[r][c];
-  return ::testing::AssertionSuccess();
+  return zyltest::Near(actual, expected, tolerance);
 }
 
 class NodeTransformTest : public ::testing::Test {
