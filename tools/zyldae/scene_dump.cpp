@@ -1,5 +1,7 @@
 #include "tools/zyldae/scene_dump.h"
 
+#include "tools/zyldae/scene_objects.h"
+
 #include <unordered_map>
 #include <unordered_set>
 
@@ -32,65 +34,10 @@ const char* const kCurveNames[KZylTakeNode::eChannelCount] = {
     "T.X", "T.Y", "T.Z", "R.X", "R.Y", "R.Z", "S.X", "S.Y", "S.Z",
     "Color.R", "Color.G", "Color.B", "Intensity", "ConeAngle", "FieldOfView"};
 
-// Walks the hierarchy once and gives every material and texture it meets a uid, in the order
-// of first meeting: a node's connected materials, then its attribute's layers.
-class ObjectIds {
- public:
-  explicit ObjectIds(const KZylScene& scene) {
-    for (KZylNode* node : AllNodes(scene)) {
-      for (int i = 0; i < node->GetSrcObjectCount(KZylSurfaceMaterial::ClassId); ++i)
-        Meet(static_cast<KZylSurfaceMaterial*>(node->GetSrcObject(KZylSurfaceMaterial::ClassId, i)), mMaterials);
-      if (KZylGeometry* geometry = node->GetGeometry()) {
-        MeetLayers(*geometry);
-        for (int i = 0; i < geometry->GetShapeCount(); ++i)
-          if (KZylShape* shape = geometry->GetShape(i)) MeetLayers(*shape);
-      }
-    }
-  }
-
-  static std::vector<KZylNode*> AllNodes(const KZylScene& scene) {
-    std::vector<KZylNode*> nodes;
-    if (scene.GetRootNode()) nodes.push_back(scene.GetRootNode());
-    std::vector<KZylNode*> below = scene.GetNodes();
-    nodes.insert(nodes.end(), below.begin(), below.end());
-    return nodes;
-  }
-
-  Json Uid(const KZylObject* object) const {
-    if (!object) return nullptr;
-    auto found = mUids.find(object);
-    return found == mUids.end() ? Json(nullptr) : Json(found->second);
-  }
-  const std::vector<const KZylObject*>& Materials() const { return mMaterials; }
-  const std::vector<const KZylObject*>& Textures() const { return mTextures; }
-
- private:
-  void MeetLayers(const KZylLayerContainer& container) {
-    for (int i = 0; i < container.GetLayerCount(); ++i) {
-      const KZylLayer* layer = container.GetLayer(i);
-      if (const KZylLayerElementMaterial* materials = layer->GetMaterials())
-        for (const KZylSurfaceMaterial* material : materials->GetDirectArray()) Meet(material, mMaterials);
-      for (auto channel : layer->GetTextureChannels()) {
-        const KZylLayerElementTexture* textures = layer->GetTextures(channel);
-        for (const KZylTexture* texture : textures->GetDirectArray()) Meet(texture, mTextures);
-      }
-    }
-  }
-  void Meet(const KZylObject* object, std::vector<const KZylObject*>& list) {
-    if (!object || mUids.count(object)) return;
-    list.push_back(object);
-    mUids.emplace(object, static_cast<int>(list.size()));
-  }
-
-  std::unordered_map<const KZylObject*, int> mUids;
-  std::vector<const KZylObject*> mMaterials;
-  std::vector<const KZylObject*> mTextures;
-};
-
 class SceneDumper {
  public:
   SceneDumper(const KZylScene& scene, bool brief) : mScene(scene), mBrief(brief), mIds(scene) {
-    for (KZylNode* node : ObjectIds::AllNodes(scene)) mSceneNodes.insert(node);
+    for (KZylNode* node : SceneObjects::AllNodes(scene)) mSceneNodes.insert(node);
   }
 
   Json Dump() {
@@ -107,11 +54,9 @@ class SceneDumper {
     json["poses"] = Json::array();
     for (int i = 0; i < mScene.GetPoseCount(); ++i) json["poses"].push_back(Pose(*mScene.GetPose(i)));
     json["materials"] = Json::array();
-    for (const KZylObject* material : mIds.Materials())
-      json["materials"].push_back(Material(static_cast<const KZylSurfaceMaterial&>(*material)));
+    for (const KZylSurfaceMaterial* material : mIds.Materials()) json["materials"].push_back(Material(*material));
     json["textures"] = Json::array();
-    for (const KZylObject* texture : mIds.Textures())
-      json["textures"].push_back(Texture(static_cast<const KZylTexture&>(*texture)));
+    for (const KZylTexture* texture : mIds.Textures()) json["textures"].push_back(Texture(*texture));
     return json;
   }
 
@@ -159,7 +104,7 @@ class SceneDumper {
     json["globalMatrix"] = Matrix(global);
     json["materials"] = Json::array();
     for (int i = 0; i < node.GetSrcObjectCount(KZylSurfaceMaterial::ClassId); ++i)
-      json["materials"].push_back(mIds.Uid(node.GetSrcObject(KZylSurfaceMaterial::ClassId, i)));
+      json["materials"].push_back(UidOf(node.GetSrcObject(KZylSurfaceMaterial::ClassId, i)));
     json["attribute"] = Attribute(node.GetNodeAttribute());
     json["takes"] = Takes(node);
     json["children"] = Json::array();
@@ -311,7 +256,7 @@ class SceneDumper {
   template <class E>
   Json Uids(const E& element) const {
     Json values = Json::array();
-    for (const auto* object : element.GetDirectArray()) values.push_back(mIds.Uid(object));
+    for (const auto* object : element.GetDirectArray()) values.push_back(UidOf(object));
     return values;
   }
 
@@ -423,9 +368,15 @@ class SceneDumper {
             {"materialUse", texture.GetMaterialUse()}};
   }
 
+  // A material's or texture's uid; null for a null reference.
+  Json UidOf(const KZylObject* object) const {
+    int uid = mIds.Uid(object);
+    return uid > 0 ? Json(uid) : Json(nullptr);
+  }
+
   const KZylScene& mScene;
   bool mBrief;
-  ObjectIds mIds;
+  SceneObjects mIds;
   std::unordered_set<const KZylNode*> mSceneNodes;
 };
 

@@ -1,5 +1,7 @@
 #include "tools/zyldae/scene_info.h"
 
+#include "tools/zyldae/scene_objects.h"
+
 #include <sstream>
 #include <string>
 #include <vector>
@@ -20,7 +22,7 @@ std::string Quoted(const KString& name) { return name.IsEmpty() ? std::string("(
 std::string MeshSummary(const KZylMesh& mesh) {
   std::ostringstream text;
   text << "mesh: " << mesh.GetControlPointsCount() << " control points, " << mesh.GetPolygonCount() << " polygons, "
-       << mesh.GetLayerCount() << " layers";
+       << mesh.GetLayerCount() << (mesh.GetLayerCount() == 1 ? " layer" : " layers");
   for (int d = 0; d < mesh.GetDeformerCount(KZylDeformer::eSkin); ++d)
     text << ", skin of " << static_cast<KZylSkin*>(mesh.GetDeformer(d, KZylDeformer::eSkin))->GetClusterCount()
          << " clusters";
@@ -109,18 +111,16 @@ void PrintInfo(std::ostream& out, const ReadResult& read, const KString& file) {
   }
   out << "Nodes:\n";
   if (scene.GetRootNode()) PrintTree(out, *scene.GetRootNode());
-  if (scene.GetMaterialCount() > 0) {
+  const SceneObjects objects(scene);
+  if (!objects.Materials().empty()) {
     out << "Materials:\n";
-    for (int i = 0; i < scene.GetMaterialCount(); ++i) {
-      const KZylSurfaceMaterial* material = scene.GetMaterial(i);
+    for (const KZylSurfaceMaterial* material : objects.Materials())
       out << "  " << Quoted(material->GetName()) << " (" << material->GetShadingModel().GetString().Std() << ")\n";
-    }
   }
-  std::vector<const KZylTexture*> textures;
-  if (scene.GetTextureCount() > 0) {
+  if (!objects.Textures().empty()) {
     out << "Textures:\n";
-    for (int i = 0; i < scene.GetTextureCount(); ++i)
-      out << "  " << Quoted(scene.GetTexture(i)->GetName()) << ": " << scene.GetTexture(i)->GetFileName().Std() << '\n';
+    for (const KZylTexture* texture : objects.Textures())
+      out << "  " << Quoted(texture->GetName()) << ": " << texture->GetFileName().Std() << '\n';
   }
   if (scene.GetPoseCount() > 0) {
     out << "Poses:\n";
