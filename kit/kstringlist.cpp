@@ -19,7 +19,6 @@ KStringList::Entry KStringList::MakeEntry(const KString& key, intptr_t reference
 
 int KStringList::Add(const KString& key, intptr_t reference) {
   mEntries.push_back(MakeEntry(key, reference));
-  IndexEntry(mEntries.size() - 1);
   return GetCount() - 1;
 }
 
@@ -27,23 +26,25 @@ int KStringList::InsertAt(int index, const KString& key, intptr_t reference) {
   if (index >= GetCount()) return Add(key, reference);
   if (index < 0) index = 0;
   mEntries.insert(mEntries.begin() + index, MakeEntry(key, reference));
-  RebuildIndex();
+  mIndexed = 0;  // positions moved: index everything again
   return index;
 }
 
 void KStringList::RemoveAt(int index) {
   if (index < 0 || index >= GetCount()) return;
   mEntries.erase(mEntries.begin() + index);
-  RebuildIndex();
+  mIndexed = 0;  // positions moved: index everything again
 }
 
 void KStringList::Clear() {
   mEntries.clear();
   mKeyBytes.clear();
   mSlots.clear();
+  mIndexed = 0;
 }
 
 int KStringList::Find(const KString& key) const {
+  CatchUp();
   if (mSlots.empty()) return -1;
   const Slot& slot = mSlots[SlotOf(key.Std(), HashOf(key.Std()))];
   return slot.position == 0 ? -1 : static_cast<int>(slot.position - 1);
@@ -77,26 +78,22 @@ size_t KStringList::SlotOf(std::string_view key, size_t hash) const {
   }
 }
 
-void KStringList::IndexEntry(size_t position) {
-  // Keep the table at most half full: grow it and index every entry again.
-  if (2 * (position + 1) > mSlots.size()) {
-    RebuildIndex();
-    return;
+void KStringList::CatchUp() const {
+  if (mIndexed == mEntries.size()) return;
+  if (mIndexed == 0 || 2 * mEntries.size() > mSlots.size()) {
+    // A table at most half full for every entry; a new table takes every entry again.
+    size_t capacity = 16;
+    while (capacity < 2 * mEntries.size()) capacity *= 2;
+    mSlots.assign(capacity, Slot{0, 0});
+    mIndexed = 0;
   }
+  for (; mIndexed < mEntries.size(); ++mIndexed) IndexEntry(mIndexed);
+}
+
+void KStringList::IndexEntry(size_t position) const {
   const Entry& entry = mEntries[position];
   Slot& slot = mSlots[SlotOf(KeyOf(entry), entry.hash)];
   if (slot.position == 0) slot = {static_cast<uint32_t>(position + 1), TagOf(entry.hash)};
-}
-
-void KStringList::RebuildIndex() {
-  size_t capacity = 16;
-  while (capacity < 2 * mEntries.size()) capacity *= 2;
-  mSlots.assign(capacity, Slot{0, 0});
-  for (size_t position = 0; position < mEntries.size(); ++position) {
-    const Entry& entry = mEntries[position];
-    Slot& slot = mSlots[SlotOf(KeyOf(entry), entry.hash)];
-    if (slot.position == 0) slot = {static_cast<uint32_t>(position + 1), TagOf(entry.hash)};
-  }
 }
 
 }  // namespace zylsdk

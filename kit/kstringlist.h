@@ -3,9 +3,11 @@
 //
 // Lookups answer "the first entry whose key equals K" exactly as a front-to-back scan would,
 // in constant expected time: beside the list stands an open-addressing index from each key to
-// the position of its first entry. Add and Find cost constant time; RemoveAt and InsertAt
-// before the end renumber the positions, which rebuilds the index (linear in the list). The
-// keys are kept together in one buffer, so that a long list costs few allocations.
+// the position of its first entry. The index takes in new entries at the first Find after they
+// were added, so that a list nobody searches never pays for it. Add and Find cost constant
+// (amortised) time; RemoveAt and InsertAt before the end renumber the positions, which makes
+// the next Find index the whole list again. The keys are kept together in one buffer, so that a
+// long list costs few allocations.
 
 #include <cstdint>
 #include <string>
@@ -49,9 +51,10 @@ class KStringList {
   // Slot of `key` in the index: the slot holding its first entry, or the empty slot where it
   // would go.
   size_t SlotOf(std::string_view key, size_t hash) const;
+  // Indexes the entries added since the last lookup.
+  void CatchUp() const;
   // Indexes the entry at `position` unless its key already has a first entry.
-  void IndexEntry(size_t position);
-  void RebuildIndex();
+  void IndexEntry(size_t position) const;
 
   std::vector<Entry> mEntries;
   // Every key added, one after the other; removed entries leave their bytes until Clear.
@@ -63,7 +66,8 @@ class KStringList {
     uint32_t position;
     uint32_t hashTag;
   };
-  std::vector<Slot> mSlots;
+  mutable std::vector<Slot> mSlots;
+  mutable size_t mIndexed = 0;  // entries [0, mIndexed) are in the index
 };
 
 }  // namespace zylsdk
