@@ -40,6 +40,11 @@ void KZylCluster::AddControlPointIndex(int index, double weight) {
   mWeights.Add(weight);
 }
 
+void KZylCluster::CopyControlPointsFrom(const KZylCluster& source) {
+  mIndices = source.mIndices;
+  mWeights = source.mWeights;
+}
+
 void KZylCluster::SetLink(const KZylNode* node) {
   while (KZylNode* old = GetLink()) DisconnectZylSrc(old);
   if (node) ConnectZylSrc(const_cast<KZylNode*>(node));
@@ -52,8 +57,7 @@ void KZylCluster::CopyFrom(const KZylObject& source) {
   if (!source.Is(KZylCluster::ClassId)) return;
   const KZylCluster& cluster = static_cast<const KZylCluster&>(source);
   mLinkMode = cluster.mLinkMode;
-  mIndices = cluster.mIndices;
-  mWeights = cluster.mWeights;
+  CopyControlPointsFrom(cluster);
   mTransform = cluster.mTransform;
   mTransformLink = cluster.mTransformLink;
   SetLink(cluster.GetLink());

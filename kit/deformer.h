@@ -55,6 +55,9 @@ class KZylCluster : public KZylObject {
   int GetControlPointIndicesCount() const { return mIndices.GetCount(); }
   const KArrayTemplate<int>& GetControlPointIndices() const { return mIndices; }
   const KArrayTemplate<double>& GetControlPointWeights() const { return mWeights; }
+  // Replaces this cluster's control points and weights by those of `source` (the arrays are
+  // shared until one of the clusters changes them).
+  void CopyControlPointsFrom(const KZylCluster& source);
 
   const KZylXMatrix& GetTransformMatrix() const { return mTransform; }
   void SetTransformMatrix(const KZylXMatrix& matrix) { mTransform = matrix; }

@@ -110,9 +110,8 @@ void KZylReaderCollada::CopySkeleton(KZylSkeleton* destination, KZylSkeleton* so
 
 void KZylReaderCollada::CopyLink(KZylCluster* destination, KZylCluster* source) {
   if (!source) return;
-  const KArrayTemplate<int>& indices = source->GetControlPointIndices();
-  const KArrayTemplate<double>& weights = source->GetControlPointWeights();
-  for (int i = 0; i < indices.GetCount(); ++i) destination->AddControlPointIndex(indices[i], weights.GetAt(i));
+  // The same indices and weights, in the same order (a cluster always has as many of each).
+  destination->CopyControlPointsFrom(*source);
   destination->SetTransformMatrix(source->GetTransformMatrix());
   destination->SetTransformLinkMatrix(source->GetTransformLinkMatrix());
   destination->SetLinkMode(source->GetLinkMode());
