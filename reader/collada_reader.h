@@ -106,6 +106,7 @@ class KZylReaderCollada : public KZylReader {
                     KZylXMatrix& matrix);
   // Registers an animatable value under `key` ("<name>/<sid>").
   void RegisterAnimationTarget(const KString& key, const KString& kind, int axis);
+  bool RecordsAnimationTargets() const { return mState->recordsAnimationTargets; }
 
   // ---------------------------------------------------------------- copies
   bool CopyScene(KZylScene* destination, KZylScene* source);
@@ -164,6 +165,9 @@ class KZylReaderCollada : public KZylReader {
     IdList<ControllerRecord> controllers;
     IdList<xmlNode> animations;
     IdList<ChannelRecord> animationTargets;
+    // False for a document without animations: no channel can then look a target up, so none
+    // is recorded.
+    bool recordsAnimationTargets = true;
     IdList<ShapeRecordList> shapes;
     KArrayTemplate<KZylPose*> bindPoses;
     // Clusters made by this read, in creation order (joint re-targeting looks at these).

@@ -18,6 +18,15 @@ bool IsOneOf(const char* name, std::initializer_list<const char*> names) {
   return false;
 }
 
+// True when the document has a library of animations, in either form.
+bool HasAnimationLibrary(xmlNode* root) {
+  for (xmlNode* element = firstChildElement(root); element; element = nextSiblingElement(element))
+    if (DAE_IsElement(element, "library_animations") ||
+        (DAE_IsElement(element, "library") && DAE_GetProperty(element, "type") == "ANIMATION"))
+      return true;
+  return false;
+}
+
 }  // namespace
 
 bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
@@ -25,6 +34,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
   mColladaVersion = DAE_GetProperty(root, "version");
   if (!(mStatus = CheckColladaVersion())) return false;
   scene.GetGlobalLightSettings().SetAmbientColor(KZylColor(0.0, 0.0, 0.0, 1.0));
+  mState->recordsAnimationTargets = HasAnimationLibrary(root);
 
   KZylSceneInfo* sceneInfo = nullptr;
   if (xmlNode* asset = firstChildElement(root)) {

@@ -85,7 +85,11 @@ bool KZylReaderCollada::ImportTransforms(xmlNode* nodeElement, KZylNode* node) {
     const char* name = DAE_GetName(child);
     const KString sid = DAE_GetProperty(child, "sid");
     // Animation channels name their target "<node>/<sid>".
-    const KString key = node->GetName() + "/" + sid;
+    auto registerTargets = [&](const char* kind, int firstAxis, int lastAxis) {
+      if (!RecordsAnimationTargets()) return;
+      const KString key = node->GetName() + "/" + sid;
+      for (int axis = firstAxis; axis <= lastAxis; ++axis) RegisterAnimationTarget(key, kind, axis);
+    };
     if (DAE_IsElement(child, "perspective")) {
       AddNotificationWarning("<perspective> is not supported.");
     } else if (DAE_IsElement(child, "matrix")) {
@@ -112,11 +116,11 @@ bool KZylReaderCollada::ImportTransforms(xmlNode* nodeElement, KZylNode* node) {
         node->SetRotationActive(true);
         // Only rotations about a principal axis tell the rotation order.
         if (static_cast<unsigned>(axis) <= 2u) positions[axis] = count++;
-        RegisterAnimationTarget(key, "rotate", axis);
+        registerTargets("rotate", axis, axis);
       }
     } else if (DAE_IsElement(child, "scale")) {
       node->SetDefaultS(ReadXYZ(child, node->GetDefaultS()));
-      for (int axis = 0; axis < 3; ++axis) RegisterAnimationTarget(key, "scale", axis);
+      registerTargets("scale", 0, 2);
     } else if (DAE_IsElement(child, "skew")) {
       WarnOnce("skew", "transform is not supported by ZYL: skew");
     } else if (DAE_IsElement(child, "translate")) {
@@ -130,7 +134,7 @@ bool KZylReaderCollada::ImportTransforms(xmlNode* nodeElement, KZylNode* node) {
         node->SetScalingOffset(eSourcePivot, ReadXYZ(child, node->GetScalingOffset(eSourcePivot)));
       } else if (sid != "rotatePivotInverse" && sid != "scalePivotInverse") {
         node->SetDefaultT(ReadXYZ(child, node->GetDefaultT()));
-        for (int axis = 0; axis < 3; ++axis) RegisterAnimationTarget(key, "translate", axis);
+        registerTargets("translate", 0, 2);
       }
     } else if (DAE_IsElement(child, "extra")) {
       // The key searched ("extra") is not the key kept ("boundingbox"): the warning comes for

@@ -290,4 +290,29 @@ TEST(TransformsDocument, TheDumpShowsTransformsAndOrder) {
   EXPECT_EQ((*a)["rotationActive"], true);
 }
 
+
+// Reads `body` as a whole document with a reader of its own and counts the animation targets
+// that the read recorded.
+int TargetsRecordedByRead(const std::string& body) {
+  KZylSdkManager manager;
+  KZylReaderCollada reader(manager);
+  zyltest::TempFile file(zyltest::Collada(body));
+  if (!reader.FileOpen(file.Path().c_str())) return -1;
+  if (!reader.Read(*KZylScene::Create(&manager, ""), KZylStreamOptionsColladaReader::Create(&manager, ""))) return -1;
+  return reader.GetState().animationTargets.GetCount();
+}
+
+const char* const kTranslatedNode =
+    "<library_visual_scenes><visual_scene id=\"vs\"><node id=\"n\"><translate sid=\"t\">1 2 3</translate></node>"
+    "</visual_scene></library_visual_scenes><scene><instance_visual_scene url=\"#vs\"/></scene>";
+
+TEST(TransformTargets, ADocumentWithoutAnimationsRecordsNone) {
+  EXPECT_EQ(TargetsRecordedByRead(kTranslatedNode), 0);
+}
+
+TEST(TransformTargets, AnAnimationLibraryInEitherFormMakesTheReadRecordThem) {
+  EXPECT_EQ(TargetsRecordedByRead(std::string("<library_animations/>") + kTranslatedNode), 3);
+  EXPECT_EQ(TargetsRecordedByRead(std::string("<library type=\"ANIMATION\"/>") + kTranslatedNode), 3);
+}
+
 }  // namespace
