@@ -10,33 +10,36 @@ namespace {
 
 const char* AsText(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
 
-bool NameIs(const xmlNode* node, const char* name) {
-  return node && node->type == XML_ELEMENT_NODE && node->name && std::strcmp(AsText(node->name), name) == 0;
-}
-
-// Compares an attribute's value without copying it in the usual case of a plain text value.
+// True when the element has the attribute `name` and its value is `value`.
 bool AttributeEquals(const xmlNode* node, const char* name, const KString& value) {
-  xmlAttr* attribute = xmlHasProp(node, reinterpret_cast<const xmlChar*>(name));
-  if (!attribute) return false;
-  const xmlNode* text = attribute->children;
-  if (text && !text->next && text->type == XML_TEXT_NODE && text->content)
-    return std::strcmp(AsText(text->content), value.Buffer()) == 0;
-  return DAE_GetProperty(node, name) == value;
+  if (!xmlHasProp(node, reinterpret_cast<const xmlChar*>(name))) return false;
+  KString storage;
+  return std::strcmp(DAE_PropertyText(node, name, storage), value.Buffer()) == 0;
 }
 
 }  // namespace
 
 const char* DAE_GetName(const xmlNode* element) { return (element && element->name) ? AsText(element->name) : ""; }
 
-bool DAE_IsElement(const xmlNode* node, const char* name) { return NameIs(node, name); }
 
 KString DAE_GetProperty(const xmlNode* element, const char* name) {
-  if (!element || element->type != XML_ELEMENT_NODE) return KString();
+  KString storage;
+  const char* text = DAE_PropertyText(element, name, storage);
+  return text == storage.Buffer() ? storage : KString(text);
+}
+
+const char* DAE_PropertyText(const xmlNode* element, const char* name, KString& storage) {
+  if (!element || element->type != XML_ELEMENT_NODE) return "";
+  const xmlAttr* attribute = xmlHasProp(element, reinterpret_cast<const xmlChar*>(name));
+  if (!attribute) return "";
+  // A parsed attribute holds its value as one text node: no copy is needed.
+  const xmlNode* text = attribute->type == XML_ATTRIBUTE_NODE ? attribute->children : nullptr;
+  if (text && !text->next && text->type == XML_TEXT_NODE && text->content) return AsText(text->content);
+  // Anything else (entity references, values declared by a DTD) is put together by libxml2.
   xmlChar* value = xmlGetProp(element, reinterpret_cast<const xmlChar*>(name));
-  if (!value) return KString();
-  KString result(AsText(value));
+  storage = value ? KString(AsText(value)) : KString();
   xmlFree(value);
-  return result;
+  return storage.Buffer();
 }
 
 KString DAE_GetContent(const xmlNode* element) {
@@ -69,13 +72,13 @@ xmlNode* nextSiblingElement(const xmlNode* node) {
 
 xmlNode* findChildByType(const xmlNode* element, const KString& type) {
   for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
-    if (NameIs(child, type.Buffer())) return child;
+    if (DAE_IsElement(child, type.Buffer())) return child;
   return nullptr;
 }
 
 void findChildrenByType(const xmlNode* element, const KString& type, KArrayTemplate<xmlNode*>& out) {
   for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
-    if (NameIs(child, type.Buffer())) out.Add(child);
+    if (DAE_IsElement(child, type.Buffer())) out.Add(child);
 }
 
 xmlNode* findChildById(const xmlNode* element, const KString& id) {
@@ -97,7 +100,7 @@ xmlNode* findChildById(const xmlNode* element, const KString& id) {
 
 xmlNode* getTechniqueNode(const xmlNode* element, const KString& profile) {
   for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
-    if (NameIs(child, "technique") && DAE_GetProperty(child, "profile") == profile) return child;
+    if (DAE_IsElement(child, "technique") && DAE_GetProperty(child, "profile") == profile) return child;
   return nullptr;
 }
 

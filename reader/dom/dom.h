@@ -4,6 +4,8 @@
 
 #include <libxml/tree.h>
 
+#include <cstring>
+
 #include "kit/karray.h"
 #include "kit/kstring.h"
 
@@ -11,10 +13,18 @@ namespace zylsdk {
 
 // The element's name; "" for null.
 const char* DAE_GetName(const xmlNode* element);
-// True when `node` is an element named `name`.
-bool DAE_IsElement(const xmlNode* node, const char* name);
+// True when `node` is an element named `name`. Inline because nearly every element is asked
+// this many times; the first letter settles most answers before any string comparison.
+inline bool DAE_IsElement(const xmlNode* node, const char* name) {
+  if (!node || node->type != XML_ELEMENT_NODE || !node->name) return false;
+  const char* own = reinterpret_cast<const char*>(node->name);
+  return own[0] == name[0] && std::strcmp(own, name) == 0;
+}
 // The value of the attribute `name`; "" when it is absent.
 KString DAE_GetProperty(const xmlNode* element, const char* name);
+// The same value without a copy: the text lives as long as the document, or, in the rare case
+// of a value that libxml2 must put together, as long as `storage`, which then holds it.
+const char* DAE_PropertyText(const xmlNode* element, const char* name, KString& storage);
 // The element's text content (of all its descendants); "" for null.
 KString DAE_GetContent(const xmlNode* element);
 // The element's "url" attribute without its first character (the "#" of a local reference,

@@ -5,6 +5,7 @@
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <string_view>
 
 #include "reader/collada_reader.h"
 #include "reader/dom/dom.h"
@@ -20,8 +21,7 @@ constexpr double kRadiansToDegrees = 57.29577951308232;
 constexpr double kGimbalLock = 0.999999;
 
 // True for `prefix` followed by X, Y or Z.
-bool HasAxisSuffix(const KString& text, const char* prefix) {
-  const std::string& value = text.Std();
+bool HasAxisSuffix(std::string_view value, const char* prefix) {
   const size_t length = std::strlen(prefix);
   if (value.size() != length + 1 || value.compare(0, length, prefix) != 0) return false;
   const char axis = value[length];
@@ -83,11 +83,12 @@ bool KZylReaderCollada::ImportTransforms(xmlNode* nodeElement, KZylNode* node) {
   int count = 0;
   for (xmlNode* child = firstChildElement(nodeElement); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
-    const KString sid = DAE_GetProperty(child, "sid");
+    KString sidStorage;
+    const std::string_view sid = DAE_PropertyText(child, "sid", sidStorage);
     // Animation channels name their target "<node>/<sid>".
     auto registerTargets = [&](const char* kind, int firstAxis, int lastAxis) {
       if (!RecordsAnimationTargets()) return;
-      const KString key = node->GetName() + "/" + sid;
+      const KString key = node->GetName() + "/" + KString(sid.data(), sid.size());
       for (int axis = firstAxis; axis <= lastAxis; ++axis) RegisterAnimationTarget(key, kind, axis);
     };
     if (DAE_IsElement(child, "perspective")) {
