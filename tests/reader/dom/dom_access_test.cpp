@@ -30,6 +30,27 @@ TEST_F(DomAccess, PropertyKeepsUtf8AndDecodesCharacterReferences) {
   EXPECT_EQ(DAE_GetProperty(node, "name").Std(), "h\xc3\xa9llo &");
 }
 
+TEST_F(DomAccess, PropertyTextPointsIntoTheDocumentForAPlainValue) {
+  xmlNode* node = Parse("<node sid=\"rotateX\" empty=\"\"/>");
+  KString storage;
+  const char* text = DAE_PropertyText(node, "sid", storage);
+  EXPECT_STREQ(text, "rotateX");
+  EXPECT_EQ(text, reinterpret_cast<const char*>(node->properties->children->content));
+  EXPECT_TRUE(storage.IsEmpty());
+  EXPECT_STREQ(DAE_PropertyText(node, "empty", storage), "");
+  EXPECT_STREQ(DAE_PropertyText(node, "missing", storage), "");
+  EXPECT_STREQ(DAE_PropertyText(nullptr, "sid", storage), "");
+}
+
+TEST_F(DomAccess, PropertyTextOfADeclaredDefaultValueIsHeldByTheStorage) {
+  xmlNode* node = Parse("<!DOCTYPE node [<!ATTLIST node sid CDATA \"fromDtd\">]><node/>");
+  KString storage;
+  const char* text = DAE_PropertyText(node, "sid", storage);
+  EXPECT_STREQ(text, "fromDtd");
+  EXPECT_EQ(text, storage.Buffer());
+  EXPECT_EQ(DAE_GetProperty(node, "sid"), "fromDtd");
+}
+
 TEST_F(DomAccess, ContentIsTheTextOfTheElementAndItsDescendants) {
   xmlNode* author = Parse("<author>  Ada\nLovelace </author>");
   EXPECT_EQ(DAE_GetContent(author), "  Ada\nLovelace ");
