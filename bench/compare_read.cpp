@@ -6,9 +6,10 @@
 //   peer   Assimp's COLLADA importer without post-processing (when the bench was built with it).
 // Every time is the best of three runs and includes freeing what was made.
 //
-//   bench_compare_read [CORPUS_FOLDER] [--only TEXT]
+//   bench_compare_read [CORPUS_FOLDER] [--only TEXT] [--keep]
 //
-// --only keeps the documents whose name contains TEXT.
+// --only keeps the documents whose name contains TEXT; --keep leaves the generated documents
+// in /tmp (zylbench-compare-N.dae), for a profiler's use.
 // Prints a Markdown table (scripts/update-performance-table.sh writes it to
 // docs/performance.md). The documents are the corpus files of at least 1 MB, when the folder
 // is given and exists, and generated ones: a million-triangle mesh, a 100,000-node scene, a
@@ -215,9 +216,12 @@ int main(int argc, char** argv) {
   if (argc == 4 && std::strcmp(argv[1], "--run") == 0) return RunMethod(argv[2], argv[3]);
   std::string corpus;
   std::string only;
+  bool keep = false;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--only") == 0 && i + 1 < argc)
       only = argv[++i];
+    else if (std::strcmp(argv[i], "--keep") == 0)
+      keep = true;
     else
       corpus = argv[i];
   }
@@ -252,6 +256,6 @@ int main(int argc, char** argv) {
               "the program takes before reading anything.\n",
               baseline.peakMegabytes);
   for (const Document& document : documents)
-    if (document.name.rfind("generated:", 0) == 0) std::remove(document.path.c_str());
+    if (document.name.rfind("generated:", 0) == 0 && !keep) std::remove(document.path.c_str());
   return 0;
 }

@@ -8,6 +8,11 @@ namespace zylsdk {
 
 // ---------------------------------------------------------------- KFCurve
 
+void KFCurve::KeyReserve(int count) {
+  const size_t wanted = count > 0 ? static_cast<size_t>(count) : 0;
+  if (wanted > mKeys.capacity()) mKeys.reserve(std::max(wanted, 2 * mKeys.capacity()));
+}
+
 int KFCurve::KeyAdd(KTime time, int*) {
   if (mKeys.empty() || mKeys.back().time < time) {
     KFCurveKey key;

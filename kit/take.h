@@ -44,6 +44,9 @@ class KFCurve {
   void KeyModifyEnd() {}
 
   int KeyGetCount() const { return static_cast<int>(mKeys.size()); }
+  // Makes room for `count` keys in all, so that adding up to that many moves no key. Room
+  // grows at least twofold, so that many small reservations stay cheap.
+  void KeyReserve(int count);
   // Adds a key at `time` (value 0) and returns its index; at a time that already has a key,
   // returns that key's index. A time after the last key appends without moving any key.
   int KeyAdd(KTime time, int* lastIndex = nullptr);

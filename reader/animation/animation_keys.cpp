@@ -103,6 +103,7 @@ void SetCurveKeys(AnimationContext& context, const SamplerArrays& arrays, KFCurv
   const int tangentMode = interpolated && tangents ? KFCurve::eTangentUser : KFCurve::eTangentAuto;
 
   curve.KeyModifyBegin();
+  curve.KeyReserve(curve.KeyGetCount() + arrays.times.GetCount());
   for (int i = 0; i < arrays.times.GetCount(); ++i) {
     const double seconds = arrays.times[i];
     // A key needs a point in time.

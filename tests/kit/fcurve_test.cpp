@@ -14,6 +14,17 @@ KTime Seconds(double seconds) {
   return time;
 }
 
+TEST(KFCurve, ReservingRoomKeepsTheKeysAndTheirOrder) {
+  KFCurve curve;
+  curve.KeyAdd(Seconds(2.0));
+  curve.KeyReserve(100);
+  curve.KeyReserve(-1);
+  curve.KeyAdd(Seconds(1.0));
+  ASSERT_EQ(curve.KeyGetCount(), 2);
+  EXPECT_EQ(curve.KeyGetTime(0), Seconds(1.0));
+  EXPECT_EQ(curve.KeyGetTime(1), Seconds(2.0));
+}
+
 TEST(KFCurve, KeyAddAtAnExistingTimeReturnsThatKey) {
   KFCurve curve;
   EXPECT_EQ(curve.KeyAdd(Seconds(1.0)), 0);
