@@ -107,11 +107,13 @@ void ReadComponents(const AccessorLayout& layout, const std::vector<Value>& valu
   std::vector<int64_t> inside;
   for (int64_t position : layout.components)
     if (position < layout.stride) inside.push_back(position);
+  std::vector<Value>& components = out.Std();
+  components.reserve(components.size() + static_cast<size_t>(layout.count) * inside.size());
   for (int64_t i = 0; i < layout.count; ++i) {
     const int64_t base = layout.offset + i * layout.stride;
     for (int64_t position : inside) {
       const int64_t at = base + position;
-      out.Add(at < size ? values[static_cast<size_t>(at)] : Value());
+      components.push_back(at < size ? values[static_cast<size_t>(at)] : Value());
     }
   }
 }
