@@ -40,6 +40,11 @@ void KZylCluster::AddControlPointIndex(int index, double weight) {
   mWeights.Add(weight);
 }
 
+void KZylCluster::ReserveControlPoints(int count) {
+  mIndices.Reserve(count);
+  mWeights.Reserve(count);
+}
+
 void KZylCluster::CopyControlPointsFrom(const KZylCluster& source) {
   mIndices = source.mIndices;
   mWeights = source.mWeights;

@@ -52,6 +52,8 @@ class KZylCluster : public KZylObject {
 
   // Appends a control-point index with its weight.
   void AddControlPointIndex(int index, double weight);
+  // Makes room for `count` control points in all, so that adding them moves nothing.
+  void ReserveControlPoints(int count);
   int GetControlPointIndicesCount() const { return mIndices.GetCount(); }
   const KArrayTemplate<int>& GetControlPointIndices() const { return mIndices; }
   const KArrayTemplate<double>& GetControlPointWeights() const { return mWeights; }

@@ -28,28 +28,30 @@ KArrayTemplate<int> ReadIntegers(const xmlNode* element) {
 
 // The value of the input at `offset` in the group of `v` that starts at `start`; -1 past the end
 // of the list, and for an offset below 0, which names no value.
-int ValueAt(const KArrayTemplate<int>& v, int64_t start, int offset) {
+int ValueAt(const std::vector<int>& v, int64_t start, int offset) {
   if (offset < 0) return -1;
-  const int64_t at = start + offset;
-  return at < v.GetCount() ? v[static_cast<int>(at)] : -1;
+  const size_t at = static_cast<size_t>(start + offset);
+  return at < v.size() ? v[at] : -1;
 }
 
 // Walks `vcount` and `v` once and files each (joint, weight, vertex) group under its joint.
 // Joints outside the names (-1 stands for the bind shape) match no cluster and are dropped. The
 // walk ends with the `v` list: past it every joint would read as -1.
 JointWeights GroupByJoint(const xmlNode* vertexWeights, int stride, int jointOffset, int weightOffset, int jointCount) {
-  const KArrayTemplate<int> counts = ReadIntegers(findChildByType(vertexWeights, "vcount"));
-  const KArrayTemplate<int> v = ReadIntegers(findChildByType(vertexWeights, "v"));
+  const KArrayTemplate<int> countArray = ReadIntegers(findChildByType(vertexWeights, "vcount"));
+  const KArrayTemplate<int> valueArray = ReadIntegers(findChildByType(vertexWeights, "v"));
+  const std::vector<int>& counts = countArray.Std();
+  const std::vector<int>& v = valueArray.Std();
   JointWeights perJoint(static_cast<size_t>(jointCount));
-  const int64_t size = v.GetCount();
+  const int64_t size = static_cast<int64_t>(v.size());
   int64_t start = 0;
-  for (int vertex = 0; vertex < counts.GetCount() && start < size; ++vertex) {
+  for (size_t vertex = 0; vertex < counts.size() && start < size; ++vertex) {
     // A count below 0 counts as none.
     const int64_t span = static_cast<int64_t>(stride) * std::max(0, counts[vertex]);
     for (int64_t k = 0; k < span && start + k < size; k += stride) {
       const int joint = ValueAt(v, start + k, jointOffset);
       if (joint >= 0 && joint < jointCount)
-        perJoint[static_cast<size_t>(joint)].emplace_back(vertex, ValueAt(v, start + k, weightOffset));
+        perJoint[static_cast<size_t>(joint)].emplace_back(static_cast<int>(vertex), ValueAt(v, start + k, weightOffset));
     }
     start += span;
   }
@@ -98,6 +100,7 @@ bool ReadVertexWeights(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<
   for (const std::vector<std::pair<int, int>>& pairs : perJoint) {
     KZylCluster* cluster = reader.CreateCluster();
     cluster->SetLinkMode(KZylCluster::eNormalize);
+    cluster->ReserveControlPoints(static_cast<int>(pairs.size()));
     for (const std::pair<int, int>& pair : pairs)
       cluster->AddControlPointIndex(pair.first, weights->GetAt(pair.second));
     clusters.Add(cluster);
