@@ -1,7 +1,8 @@
 #pragma once
 // Parsing a document file with libxml2, safely: text nodes of any size are accepted, the
-// network is never used, nothing is printed, and a document whose DTD declares an entity is
-// refused (with text nodes unbounded, entity expansion would be unbounded too).
+// network is never used, nothing is printed, a document whose DTD declares an entity is
+// refused (with text nodes unbounded, entity expansion would be unbounded too), and so is one
+// whose elements nest more than 2048 deep.
 
 #include <libxml/tree.h>
 

@@ -80,6 +80,22 @@ TEST(XmlParsing, EvenAHarmlessEntityDeclarationIsRefused) {
   EXPECT_EQ(failure.line, 1);
 }
 
+TEST(XmlParsing, ElementsNestedMoreThan2048DeepAreRefused) {
+  auto nested = [](int depth) {
+    std::string document = "<?xml version=\"1.0\"?>\n";
+    for (int i = 0; i < depth; ++i) document += "<a>";
+    for (int i = 0; i < depth; ++i) document += "</a>";
+    return document;
+  };
+  TempFile deepest(nested(2048));
+  EXPECT_NE(ParseXmlFile(deepest.Path()), nullptr);
+  XmlParseFailure failure;
+  TempFile tooDeep(nested(2049));
+  EXPECT_EQ(ParseXmlFile(tooDeep.Path(), &failure), nullptr);
+  EXPECT_EQ(failure.message, "elements are nested more than 2048 deep");
+  EXPECT_EQ(failure.line, 2);
+}
+
 // A TCP listener on the loopback interface that tells whether anyone connected to it.
 class Listener {
  public:
