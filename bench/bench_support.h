@@ -7,14 +7,18 @@
 
 namespace zylbench {
 
-// Seconds of wall time that `work` takes, best of `repeats` runs.
+// Seconds of wall time that `work` takes: the best of `repeats` runs, and of more runs (50 at
+// most) until `budgetSeconds` have gone by, which steadies the figure on a noisy machine.
 template <class Work>
-double BestSeconds(int repeats, Work&& work) {
+double BestSeconds(int repeats, Work&& work, double budgetSeconds = 0.0) {
+  constexpr int kMostRuns = 50;
   double best = 1e300;
-  for (int i = 0; i < repeats; ++i) {
+  double spent = 0.0;
+  for (int run = 0; run < kMostRuns && (run < repeats || spent < budgetSeconds); ++run) {
     auto start = std::chrono::steady_clock::now();
     work();
     std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    spent += elapsed.count();
     if (elapsed.count() < best) best = elapsed.count();
   }
   return best;

@@ -15,8 +15,8 @@
 namespace zylsdk {
 namespace {
 
-// The (vertex, weight index) pairs of each joint, in the order of the `v` list.
-using JointWeights = std::vector<std::vector<std::pair<int, int>>>;
+// The (vertex, weight) pairs of each joint, in the order of the `v` list.
+using JointWeights = std::vector<std::vector<std::pair<int, double>>>;
 
 // The integers of an element's text.
 KArrayTemplate<int> ReadIntegers(const xmlNode* element) {
@@ -36,8 +36,11 @@ int ValueAt(const std::vector<int>& v, int64_t start, int offset) {
 
 // Walks `vcount` and `v` once and files each (joint, weight, vertex) group under its joint.
 // Joints outside the names (-1 stands for the bind shape) match no cluster and are dropped. The
-// walk ends with the `v` list: past it every joint would read as -1.
-JointWeights GroupByJoint(const xmlNode* vertexWeights, int stride, int jointOffset, int weightOffset, int jointCount) {
+// walk ends with the `v` list: past it every joint would read as -1. A weight index outside
+// the weights gives 0. The weights are looked up during this walk, in the order of `v`, which
+// is mostly their own order.
+JointWeights GroupByJoint(const xmlNode* vertexWeights, int stride, int jointOffset, int weightOffset,
+                          const KArrayTemplate<double>& weights, int jointCount) {
   const KArrayTemplate<int> countArray = ReadIntegers(findChildByType(vertexWeights, "vcount"));
   const KArrayTemplate<int> valueArray = ReadIntegers(findChildByType(vertexWeights, "v"));
   const std::vector<int>& counts = countArray.Std();
@@ -51,7 +54,8 @@ JointWeights GroupByJoint(const xmlNode* vertexWeights, int stride, int jointOff
     for (int64_t k = 0; k < span && start + k < size; k += stride) {
       const int joint = ValueAt(v, start + k, jointOffset);
       if (joint >= 0 && joint < jointCount)
-        perJoint[static_cast<size_t>(joint)].emplace_back(static_cast<int>(vertex), ValueAt(v, start + k, weightOffset));
+        perJoint[static_cast<size_t>(joint)].emplace_back(static_cast<int>(vertex),
+                                                          weights.GetAt(ValueAt(v, start + k, weightOffset)));
     }
     start += span;
   }
@@ -95,14 +99,13 @@ bool ReadVertexWeights(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<
     reader.AddNotificationError("Unable to find weight or jointIds for controller");
     return false;
   }
-  const JointWeights perJoint = GroupByJoint(vertexWeights, stride, jointOffset, weightOffset, joints->GetCount());
+  const JointWeights perJoint = GroupByJoint(vertexWeights, stride, jointOffset, weightOffset, *weights, joints->GetCount());
   // A joint that weighs no vertex still gets its cluster.
-  for (const std::vector<std::pair<int, int>>& pairs : perJoint) {
+  for (const std::vector<std::pair<int, double>>& pairs : perJoint) {
     KZylCluster* cluster = reader.CreateCluster();
     cluster->SetLinkMode(KZylCluster::eNormalize);
     cluster->ReserveControlPoints(static_cast<int>(pairs.size()));
-    for (const std::pair<int, int>& pair : pairs)
-      cluster->AddControlPointIndex(pair.first, weights->GetAt(pair.second));
+    for (const std::pair<int, double>& pair : pairs) cluster->AddControlPointIndex(pair.first, pair.second);
     clusters.Add(cluster);
   }
   return true;
