@@ -20,7 +20,7 @@ of at least three runs, and small documents are read again until two seconds hav
 - **peer**: Assimp's COLLADA importer from Debian's libassimp-dev, without post-processing.
 
 "failed" marks a read that did not succeed (our reader refuses some corpus documents by design,
-see docs/corpus.md). Peak memory is the process's largest resident size.
+see docs/corpus.md). Peak memory is measured in a process of its own that reads the document once.
 
 TEXT
   echo "Machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2 | sed 's/^ //'); $(date -u +%Y-%m-%d)."
