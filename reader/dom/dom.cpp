@@ -21,7 +21,6 @@ bool AttributeEquals(const xmlNode* node, const char* name, const KString& value
 
 const char* DAE_GetName(const xmlNode* element) { return (element && element->name) ? AsText(element->name) : ""; }
 
-
 KString DAE_GetProperty(const xmlNode* element, const char* name) {
   KString storage;
   const char* text = DAE_PropertyText(element, name, storage);
