@@ -94,26 +94,30 @@ std::string MeshDocument(long side) {
 
 namespace {
 
-std::string FloatSource(const std::string& id, const std::string& values, const std::string& params, int stride) {
-  return "<source id=\"" + id + "\"><float_array id=\"" + id + "-array\">" + values +
-         "</float_array><technique_common><accessor source=\"#" + id + "-array\" stride=\"" + std::to_string(stride) +
-         "\">" + params + "</accessor></technique_common></source>\n";
+// A source of `items` items of `stride` numbers each.
+std::string FloatSource(const std::string& id, const std::string& values, const std::string& params, int stride,
+                        long items) {
+  return "<source id=\"" + id + "\"><float_array id=\"" + id + "-array\" count=\"" + std::to_string(items * stride) +
+         "\">" + values + "</float_array><technique_common><accessor source=\"#" + id + "-array\" count=\"" +
+         std::to_string(items) + "\" stride=\"" + std::to_string(stride) + "\">" + params +
+         "</accessor></technique_common></source>\n";
 }
 
 // A ribbon of `vertices` points (rounded down to whole triangles), one triangle per three.
 std::string Geometry(long vertices) {
   std::string positions, indices;
+  const long cornerCount = vertices / 3 * 3;
   for (long i = 0; i < vertices; ++i) {
     AppendNumber(positions, static_cast<double>(i % 1000));
     AppendNumber(positions, static_cast<double>(i / 1000));
     AppendNumber(positions, static_cast<double>(i % 3));
-    AppendInt(indices, i);
+    if (i < cornerCount) AppendInt(indices, i);
   }
   return "<geometry id=\"body-geo\"><mesh>" +
          FloatSource(
              "body-pos", positions,
              "<param name=\"X\" type=\"float\"/><param name=\"Y\" type=\"float\"/><param name=\"Z\" type=\"float\"/>",
-             3) +
+             3, vertices) +
          "<vertices id=\"body-vtx\"><input semantic=\"POSITION\" source=\"#body-pos\"/></vertices>"
          "<triangles count=\"" +
          std::to_string(vertices / 3) + "\"><input semantic=\"VERTEX\" source=\"#body-vtx\" offset=\"0\"/><p>" +
@@ -137,12 +141,14 @@ std::string Controller(long vertices, int joints) {
     }
   }
   return "<controller id=\"body-skin\"><skin source=\"#body-geo\"><bind_shape_matrix>1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1"
-         "</bind_shape_matrix><source id=\"joints\"><Name_array id=\"joints-array\">" +
+         "</bind_shape_matrix><source id=\"joints\"><Name_array id=\"joints-array\" count=\"" +
+         std::to_string(joints) + "\">" +
          names +
-         "</Name_array><technique_common><accessor source=\"#joints-array\" stride=\"1\"><param name=\"JOINT\" "
+         "</Name_array><technique_common><accessor source=\"#joints-array\" count=\"" + std::to_string(joints) +
+         "\" stride=\"1\"><param name=\"JOINT\" "
          "type=\"name\"/></accessor></technique_common></source>\n" +
-         FloatSource("ibm", matrices, "<param name=\"TRANSFORM\" type=\"float4x4\"/>", 16) +
-         FloatSource("weights", weights, "<param name=\"WEIGHT\" type=\"float\"/>", 1) +
+         FloatSource("ibm", matrices, "<param name=\"TRANSFORM\" type=\"float4x4\"/>", 16, joints) +
+         FloatSource("weights", weights, "<param name=\"WEIGHT\" type=\"float\"/>", 1, vertices * kInfluences) +
          "<joints><input semantic=\"JOINT\" source=\"#joints\"/><input semantic=\"INV_BIND_MATRIX\" source=\"#ibm\"/>"
          "</joints><vertex_weights count=\"" +
          std::to_string(vertices) +
