@@ -235,6 +235,14 @@ bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<double>& out) 
   std::vector<double> values;
   AccessorLayout layout;
   if (!ReadNumberSource(source, values, layout)) return false;
+  // One component per value, all of them in order (a plain list of times or values): the
+  // values are the components and are handed over without a copy.
+  const bool everyValue = layout.offset == 0 && layout.stride == 1 && layout.components.size() == 1 &&
+                          layout.components[0] == 0 && layout.count == static_cast<int64_t>(values.size());
+  if (everyValue) {
+    out.Std().swap(values);
+    return true;
+  }
   ReadComponents(layout, values, out);
   return true;
 }
