@@ -12,6 +12,18 @@ KZYL_IMPLEMENT_CLASS(KZylNode, KZylObject)
 
 KZylNode::KZylNode(KZylSdkManager& manager, const char* name) : KZylObject(manager, name) {}
 
+const KZylNode::PivotSet& KZylNode::Pivots(EPivotSet set) const {
+  static const PivotSet defaults;
+  if (set != eDestinationPivot) return mSourcePivots;
+  return mDestinationPivots ? *mDestinationPivots : defaults;
+}
+
+KZylNode::PivotSet& KZylNode::Pivots(EPivotSet set) {
+  if (set != eDestinationPivot) return mSourcePivots;
+  if (!mDestinationPivots) mDestinationPivots = std::make_unique<PivotSet>();
+  return *mDestinationPivots;
+}
+
 bool KZylNode::AddChild(KZylNode* child) {
   if (!child) {
     GetError().SetLastError(1, "Cannot add a null child");
@@ -139,8 +151,8 @@ void KZylNode::CopyFrom(const KZylObject& source) {
   mTranslation = node.mTranslation;
   mRotation = node.mRotation;
   mScaling = node.mScaling;
-  mPivots[0] = node.mPivots[0];
-  mPivots[1] = node.mPivots[1];
+  mSourcePivots = node.mSourcePivots;
+  mDestinationPivots = node.mDestinationPivots ? std::make_unique<PivotSet>(*node.mDestinationPivots) : nullptr;
   mInheritType = node.mInheritType;
   mShadingMode = node.mShadingMode;
 }

@@ -13,6 +13,7 @@
 // offsets, pre- and post-rotation zero; rotation order XYZ; rotation inactive; inherit type
 // RSrs; shading mode hard.
 
+#include <memory>
 #include <vector>
 
 #include "kit/node_attribute.h"
@@ -107,8 +108,10 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
     ERotationOrder rotationOrder = eEulerXYZ;
     bool rotationActive = false;
   };
-  const PivotSet& Pivots(EPivotSet set) const { return mPivots[set == eDestinationPivot ? 1 : 0]; }
-  PivotSet& Pivots(EPivotSet set) { return mPivots[set == eDestinationPivot ? 1 : 0]; }
+  // The destination set is made when first written: until then it reads as the defaults, and
+  // the many nodes that never have one do not carry it.
+  const PivotSet& Pivots(EPivotSet set) const;
+  PivotSet& Pivots(EPivotSet set);
 
   friend class KZylScene;
   KZylScene* mOwnerScene = nullptr;  // set on a scene's root node
@@ -118,7 +121,8 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
   KZylVector4 mTranslation{0.0, 0.0, 0.0, 1.0};
   KZylVector4 mRotation{0.0, 0.0, 0.0, 0.0};
   KZylVector4 mScaling{1.0, 1.0, 1.0, 1.0};
-  PivotSet mPivots[2];
+  PivotSet mSourcePivots;
+  std::unique_ptr<PivotSet> mDestinationPivots;
   ETransformInheritType mInheritType = eInheritRSrs;
   EShadingMode mShadingMode = eHardShading;
 };

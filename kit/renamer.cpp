@@ -1,7 +1,9 @@
 #include "kit/renamer.h"
 
 #include <algorithm>
+#include <functional>
 #include <string_view>
+#include <utility>
 
 #include "kit/scene.h"
 
@@ -9,14 +11,20 @@ namespace zylsdk {
 namespace {
 
 // True when two of the nodes share a non-empty name. Most scenes have none, and finding that
-// out over views of the names costs far less than the renaming's sets of names.
+// out costs far less than the renaming's sets of names: the names' hashes are sorted, and only
+// names of equal hash are compared.
 bool HasRepeatedName(const std::vector<KZylNode*>& nodes) {
-  std::vector<std::string_view> names;
+  std::vector<std::pair<size_t, std::string_view>> names;
   names.reserve(nodes.size());
-  for (const KZylNode* node : nodes)
-    if (!node->GetName().IsEmpty()) names.emplace_back(node->GetName().Std());
-  std::sort(names.begin(), names.end());
-  return std::adjacent_find(names.begin(), names.end()) != names.end();
+  for (const KZylNode* node : nodes) {
+    const std::string_view name = node->GetName().Std();
+    if (!name.empty()) names.emplace_back(std::hash<std::string_view>()(name), name);
+  }
+  std::sort(names.begin(), names.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (size_t i = 0; i < names.size(); ++i)
+    for (size_t j = i + 1; j < names.size() && names[j].first == names[i].first; ++j)
+      if (names[j].second == names[i].second) return true;
+  return false;
 }
 
 }  // namespace

@@ -44,7 +44,9 @@ class Checker {
 
   void Node(const Json& node, bool root, const std::string& path) {
     const std::string where = path + "/" + node["name"].get<std::string>();
-    if (!root) EXPECT_FALSE(node["attribute"].is_null()) << where << " has no attribute";
+    if (!root) {
+      EXPECT_FALSE(node["attribute"].is_null()) << where << " has no attribute";
+    }
     for (const Json& uid : node["materials"]) ExpectUid(uid, mMaterialCount, where + " materials");
     if (!node["attribute"].is_null() && node["attribute"]["type"] == "mesh") Mesh(node["attribute"], where);
   }

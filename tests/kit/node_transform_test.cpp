@@ -152,6 +152,24 @@ TEST_F(NodeTransformTest, GlobalMatrixThroughParentsWithPivotsOffsetsAndRotation
                     KZylVector4(9, 0, 1), 1e-6));
 }
 
+TEST_F(NodeTransformTest, DestinationPivotsReadAsDefaultsUntilSetAndCloneApart) {
+  KZylNode* node = NewNode("n");
+  EXPECT_TRUE(Near(node->GetRotationPivot(eDestinationPivot), KZylVector4(0, 0, 0)));
+  EXPECT_EQ(node->GetRotationOrder(eDestinationPivot), eEulerXYZ);
+  EXPECT_FALSE(node->GetRotationActive(eDestinationPivot));
+  node->SetRotationPivot(eDestinationPivot, KZylVector4(1, 2, 3));
+  EXPECT_TRUE(Near(node->GetRotationPivot(eDestinationPivot), KZylVector4(1, 2, 3)));
+  EXPECT_TRUE(Near(node->GetRotationPivot(eSourcePivot), KZylVector4(0, 0, 0)));
+
+  auto* copy = static_cast<KZylNode*>(node->Clone());
+  EXPECT_TRUE(Near(copy->GetRotationPivot(eDestinationPivot), KZylVector4(1, 2, 3)));
+  copy->SetRotationPivot(eDestinationPivot, KZylVector4(4, 5, 6));
+  EXPECT_TRUE(Near(node->GetRotationPivot(eDestinationPivot), KZylVector4(1, 2, 3)));
+  // A clone of a node without destination pivots has none either.
+  auto* plain = static_cast<KZylNode*>(NewNode("p")->Clone());
+  EXPECT_TRUE(Near(plain->GetScalingOffset(eDestinationPivot), KZylVector4(0, 0, 0)));
+}
+
 TEST_F(NodeTransformTest, GlobalMatrixComposesThreeLevels) {
   KZylNode* a = NewNode("a");
   KZylNode* b = NewNode("b");
