@@ -11,8 +11,8 @@ corpus=../shared/corpus
 # Performance
 
 Written by `scripts/update-performance-table.sh` (the program is `bench/compare_read.cpp`). Each
-document is read three ways, each in a process of its own, freeing included; each time is the best
-of at least three runs, and small documents are read again until two seconds have gone by:
+document is read three ways, each in processes of its own, freeing included; each time is the best
+over five processes, each reading at least three times and more until a second has gone by:
 
 - **floor**: libxml2's parse of the document plus converting every number of its arrays with
   `std::from_chars`, nothing else: what any reader of the text must do at least;
