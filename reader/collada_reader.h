@@ -25,6 +25,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -104,9 +105,11 @@ class KZylReaderCollada : public KZylReader {
   KArrayTemplate<KZylNode*> FindInstances(xmlNode* element, KZylNode* root, KString url);
   bool ImportLookAt(xmlNode* nodeElement, KZylVector4& position, KZylVector4& interest, KZylVector4& up,
                     KZylXMatrix& matrix);
-  // Registers an animatable value under `key` ("<name>/<sid>").
-  void RegisterAnimationTarget(const KString& key, const KString& kind, int axis);
-  bool RecordsAnimationTargets() const { return mState->recordsAnimationTargets; }
+  // Registers the animatable value `sid` of the object named `owner` under "<owner>/<sid>",
+  // once for each axis from `firstAxis` to `lastAxis`. Nothing is recorded for a document
+  // without animations.
+  void RegisterAnimationTargets(const KString& owner, std::string_view sid, const KString& kind, int firstAxis,
+                                int lastAxis);
 
   // ---------------------------------------------------------------- copies
   bool CopyScene(KZylScene* destination, KZylScene* source);

@@ -12,9 +12,10 @@ const char* AsText(const xmlChar* text) { return reinterpret_cast<const char*>(t
 
 // True when the element has the attribute `name` and its value is `value`.
 bool AttributeEquals(const xmlNode* node, const char* name, const KString& value) {
-  if (!xmlHasProp(node, reinterpret_cast<const xmlChar*>(name))) return false;
   KString storage;
-  return std::strcmp(DAE_PropertyText(node, name, storage), value.Buffer()) == 0;
+  if (std::strcmp(DAE_PropertyText(node, name, storage), value.Buffer()) != 0) return false;
+  // An absent attribute reads as "": only then is its presence asked again.
+  return !value.IsEmpty() || xmlHasProp(node, reinterpret_cast<const xmlChar*>(name));
 }
 
 }  // namespace

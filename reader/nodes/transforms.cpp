@@ -87,9 +87,7 @@ bool KZylReaderCollada::ImportTransforms(xmlNode* nodeElement, KZylNode* node) {
     const std::string_view sid = DAE_PropertyText(child, "sid", sidStorage);
     // Animation channels name their target "<node>/<sid>".
     auto registerTargets = [&](const char* kind, int firstAxis, int lastAxis) {
-      if (!RecordsAnimationTargets()) return;
-      const KString key = node->GetName() + "/" + KString(sid.data(), sid.size());
-      for (int axis = firstAxis; axis <= lastAxis; ++axis) RegisterAnimationTarget(key, kind, axis);
+      RegisterAnimationTargets(node->GetName(), sid, kind, firstAxis, lastAxis);
     };
     if (DAE_IsElement(child, "perspective")) {
       AddNotificationWarning("<perspective> is not supported.");
@@ -209,8 +207,11 @@ void KZylReaderCollada::SetMatrix(KZylNode* node, const KZylXMatrix* matrix) {
   if (node && matrix) node->SetGlobalState(*matrix);
 }
 
-void KZylReaderCollada::RegisterAnimationTarget(const KString& key, const KString& kind, int axis) {
-  mState->animationTargets.Add(key, ChannelRecord{kind, axis});
+void KZylReaderCollada::RegisterAnimationTargets(const KString& owner, std::string_view sid, const KString& kind,
+                                                 int firstAxis, int lastAxis) {
+  if (!mState->recordsAnimationTargets) return;
+  const KString key = owner + "/" + KString(sid.data(), sid.size());
+  for (int axis = firstAxis; axis <= lastAxis; ++axis) mState->animationTargets.Add(key, ChannelRecord{kind, axis});
 }
 
 }  // namespace zylsdk

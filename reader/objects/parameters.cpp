@@ -5,9 +5,9 @@
 namespace zylsdk {
 
 void RegisterParameterTarget(KZylReaderCollada& reader, const KString& objectId, const xmlNode* parameter) {
-  if (!reader.RecordsAnimationTargets()) return;
-  const KString sid = DAE_GetProperty(parameter, "sid");
-  if (!sid.IsEmpty()) reader.RegisterAnimationTarget(objectId + "/" + sid, DAE_GetName(parameter), 0);
+  KString storage;
+  const char* sid = DAE_PropertyText(parameter, "sid", storage);
+  if (*sid) reader.RegisterAnimationTargets(objectId, sid, DAE_GetName(parameter), 0, 0);
 }
 
 }  // namespace zylsdk

@@ -130,7 +130,7 @@ TEST_F(ImportAnimationTest, AnAnimationWithoutChannelsSucceedsAndLeavesTheSpan) 
 TEST_F(ImportAnimationTest, ANodeOfTheSceneIsFoundByName) {
   KZylNode* node = KZylNode::Create(&manager, "n1");
   scene->GetRootNode()->AddChild(node);
-  reader->RegisterAnimationTarget("n1/translate", "translate", 0);
+  reader->RegisterAnimationTargets("n1", "translate", "translate", 0, 0);
   ASSERT_TRUE(reader->ImportAnimation(Parse(zyltest::Animation("a", "n1/translate.Z", {"1.5 3", "7 8"})), *scene));
   ASSERT_NE(node->GetCurrentTakeNode(), nullptr);
   EXPECT_EQ(node->GetCurrentTakeNode()->GetName(), "Take 001");

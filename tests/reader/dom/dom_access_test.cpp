@@ -160,6 +160,11 @@ TEST_F(DomAccess, FindChildByIdSearchesAllDescendantsInDocumentOrder) {
   EXPECT_EQ(findChildById(nullptr, "deep"), nullptr);
 }
 
+TEST_F(DomAccess, FindChildByIdWithAnEmptyIdNeedsAnEmptyIdAttribute) {
+  xmlNode* root = Parse("<skin><a/><b name=\"\"/><c id=\"\"/></skin>");
+  EXPECT_STREQ(DAE_GetName(findChildById(root, "")), "c");
+}
+
 TEST_F(DomAccess, FindChildByIdHandlesDeepTreesWithoutRecursion) {
   // Built by hand: the parser would refuse this depth.
   xmlDoc* document = xmlNewDoc(reinterpret_cast<const xmlChar*>("1.0"));
