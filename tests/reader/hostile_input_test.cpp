@@ -2,8 +2,6 @@
 // read must end in a clean failure (the parse message, nothing else) within a second and
 // without taking much memory.
 
-#include <sys/resource.h>
-
 #include <chrono>
 #include <fstream>
 #include <random>
@@ -16,17 +14,12 @@ namespace {
 
 using zyltest::Collada;
 using zyltest::Messages;
+using zyltest::PeakResidentKilobytes;
 using zyltest::ParseFailure;
 using zyltest::TempFile;
 
 constexpr double kSecondsAllowed = 1.0;
 constexpr long kKilobytesAllowed = 100 * 1024;
-
-long PeakResidentKilobytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
 
 struct TimedRead {
   zyldae::ReadResult read;

@@ -5,7 +5,6 @@
 #include <fcntl.h>
 #include <libxml/parser.h>
 #include <netinet/in.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -24,17 +23,12 @@ namespace {
 using namespace zylsdk;
 using zyltest::Collada;
 using zyltest::Messages;
+using zyltest::PeakResidentKilobytes;
 using zyltest::ParseFailure;
 using zyltest::ReadText;
 using zyltest::TempFile;
 
 using Notifications = std::vector<std::string>;
-
-long PeakResidentKilobytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
 
 std::string BillionLaughs() {
   std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE COLLADA [\n <!ENTITY lol0 \"lol\">\n";

@@ -1,5 +1,6 @@
 #include "tests/support/documents.h"
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -77,6 +78,12 @@ ToolRun RunTool(const std::string& arguments) {
   run.out = Slurp(out.Path());
   run.err = Slurp(err.Path());
   return run;
+}
+
+long PeakResidentKilobytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss;
 }
 
 }  // namespace zyltest

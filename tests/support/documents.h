@@ -36,6 +36,9 @@ std::vector<std::string> Messages(const zyldae::ReadResult& read);
 // How many notifications of a read are exactly `text`.
 int CountMessage(const zyldae::ReadResult& read, const std::string& text);
 
+// The largest resident size this process has had so far, in kilobytes.
+long PeakResidentKilobytes();
+
 // Runs the command-line tool with `arguments`; gives its exit status, standard output and
 // standard error.
 struct ToolRun {
