@@ -217,12 +217,11 @@ std::string Cell(const Measurement& m, bool memory) {
   return std::string(text) + (m.ok ? "" : " (failed)");
 }
 
-std::string Ratio(const Measurement& a, const Measurement& b, double offsetA = 0.0, double offsetB = 0.0) {
+std::string Ratio(const Measurement& a, const Measurement& b) {
   if (!a.available || !b.available) return "n/a";
-  double denominator = b.available ? (b.seconds - offsetB) : 0.0;
-  if (denominator <= 0.0) return "n/a";
+  if (b.seconds <= 0.0) return "n/a";
   char text[32];
-  std::snprintf(text, sizeof text, "%.2f", (a.seconds - offsetA) / denominator);
+  std::snprintf(text, sizeof text, "%.2f", a.seconds / b.seconds);
   return text;
 }
 
