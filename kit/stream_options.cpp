@@ -11,6 +11,7 @@ KZylStreamOptionsColladaReader::KZylStreamOptionsColladaReader(KZylSdkManager& m
     : KZylStreamOptions(manager, name) {
   AddProperty("START", eZylTime);
   AddProperty("FRAME COUNT", eZylInteger);
+  AddProperty("COMPLETE", eZylBool).Set(false);
 }
 
 void KZylStreamOptionsColladaReader::SetTimeMode(int timeMode, double customFrameRate) {

@@ -1,6 +1,8 @@
 #pragma once
 // Read options: KZylStreamOptions holds options as named properties; the COLLADA reader's
-// options add "START" (time), "FRAME COUNT" (integer) and a time mode with a frame rate.
+// options add "START" (time), "FRAME COUNT" (integer), "COMPLETE" (bool, false by default:
+// true reads everything the kit can represent instead of the reader's traditional subset) and
+// a time mode with a frame rate.
 
 #include "kit/object.h"
 

@@ -74,6 +74,7 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
     mError.SetLastErrorID(KError::eInvalidReadOptions);
     return false;
   }
+  mComplete = options->GetOption("COMPLETE").GetBool();
   mDocument.reset();
   ResetDocumentState();
   mDocument = ParseXmlFile(mFileName);

@@ -64,8 +64,13 @@ class KZylReaderCollada : public KZylReader {
   KZylStreamOptions* GetReadOptions(bool parseFile = true) override;
   // Parses the kept path and reads the document into `scene`. False (last error 6) for null
   // options; false with the error "Unable to parse xml/dae file\n" when the file is not
-  // well-formed XML or the document is faulty.
+  // well-formed XML or the document is faulty. The options' "COMPLETE" (false when absent)
+  // chooses the complete reading.
   bool Read(KZylScene& scene, KZylStreamOptions* options) override;
+  // True while reading completely: everything the kit can represent is read, where the
+  // traditional reading skips, refuses or replaces. Set by Read from its options.
+  bool IsComplete() const { return mComplete; }
+  void SetComplete(bool complete) { mComplete = complete; }
   void ResetFileInfo();
   // Kept for the reader interface: links are made while nodes are read. Returns true.
   bool ImportLink(KZylNode& node);
@@ -202,6 +207,7 @@ class KZylReaderCollada : public KZylReader {
   FILE* mFile = nullptr;
   KString mFileName;
   bool mStatus = false;
+  bool mComplete = false;
   KTime mAnimationStart;
   KTime mAnimationStop;
   bool mFirstKey = false;  // the next animation key starts the take's time span

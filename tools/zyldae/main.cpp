@@ -1,7 +1,9 @@
 // zyldae: reads a COLLADA document through the kit and shows what it read.
 //
-//   zyldae info FILE           the read, for a person
-//   zyldae dump [--brief] FILE the read as JSON
+//   zyldae info [--complete] FILE           the read, for a person
+//   zyldae dump [--brief] [--complete] FILE the read as JSON
+//
+// --complete reads everything the kit can represent (the read option "COMPLETE").
 //
 // Exit status: 0 when the read succeeded, 1 when it failed (the output is still written),
 // 2 for a usage error or a file that cannot be opened.
@@ -31,11 +33,15 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   std::string file;
   bool brief = false;
+  zyldae::ReadSettings settings;
+  const char* const completeHelp = "Read everything the kit can represent (read option COMPLETE)";
   CLI::App* info = app.add_subcommand("info", "Print the scene for a person");
   info->add_option("FILE", file, "The .dae file")->required();
+  info->add_flag("--complete", settings.complete, completeHelp);
   CLI::App* dump = app.add_subcommand("dump", "Write the scene as JSON");
   dump->add_option("FILE", file, "The .dae file")->required();
   dump->add_flag("--brief", brief, "Leave out the long arrays, keep their counts");
+  dump->add_flag("--complete", settings.complete, completeHelp);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {
@@ -45,7 +51,7 @@ int main(int argc, char** argv) {
     return kUsageError;
   }
 
-  zyldae::ReadResult read = zyldae::ReadDocument(file.c_str());
+  zyldae::ReadResult read = zyldae::ReadDocument(file.c_str(), settings);
   if (!read.opened) {
     std::cerr << "zyldae: cannot open " << file << '\n';
     return kUsageError;

@@ -6,7 +6,7 @@ namespace zyldae {
 
 using namespace zylsdk;
 
-ReadResult ReadDocument(const KString& path) {
+ReadResult ReadDocument(const KString& path, const ReadSettings& settings) {
   ReadResult result;
   result.manager = std::make_unique<KZylSdkManager>();
   RegisterColladaReader(*result.manager);
@@ -14,7 +14,9 @@ ReadResult ReadDocument(const KString& path) {
   result.scene = KZylScene::Create(result.manager.get(), "");
   result.opened = reader->FileOpen(path.Buffer());
   if (result.opened) {
-    result.ok = reader->Read(*result.scene, reader->GetReadOptions());
+    KZylStreamOptions* options = reader->GetReadOptions();
+    options->GetOption("COMPLETE").Set(settings.complete);
+    result.ok = reader->Read(*result.scene, options);
     reader->FileClose();
   }
   result.lastErrorId = reader->GetLastErrorID();

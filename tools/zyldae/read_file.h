@@ -20,6 +20,11 @@ struct ReadResult {
   std::vector<zylsdk::KZylUserNotification::Detail> notifications;
 };
 
-ReadResult ReadDocument(const zylsdk::KString& path);
+// How to read: the read options the tool sets.
+struct ReadSettings {
+  bool complete = false;  // the read option "COMPLETE"
+};
+
+ReadResult ReadDocument(const zylsdk::KString& path, const ReadSettings& settings = {});
 
 }  // namespace zyldae
