@@ -30,8 +30,10 @@
 #include <vector>
 
 #include "kit/zylsdk.h"
+#include "reader/element_index.h"
 #include "reader/id_list.h"
 #include "reader/records.h"
+#include "reader/dom/source.h"
 #include "reader/xml_document.h"
 
 namespace zylsdk {
@@ -71,6 +73,8 @@ class KZylReaderCollada : public KZylReader {
   // traditional reading skips, refuses or replaces. Set by Read from its options.
   bool IsComplete() const { return mComplete; }
   void SetComplete(bool complete) { mComplete = complete; }
+  // How much of a source the reading takes (every param and SID_array when complete).
+  SourceRules SourceReadingRules() const { return mComplete ? SourceRules::Everything() : SourceRules{}; }
   void ResetFileInfo();
   // Kept for the reader interface: links are made while nodes are read. Returns true.
   bool ImportLink(KZylNode& node);
@@ -132,15 +136,29 @@ class KZylReaderCollada : public KZylReader {
   void CopyLink(KZylCluster* destination, KZylCluster* source);
   void CopyPose(KZylPose* destination, KZylPose* source);
   void UpdateLinkInHierarchy(KZylScene* scene, KZylNode* node);
+  // The complete reading's joints: links the clusters of every skin of the visual scene being
+  // built to the joint nodes its controller names (sids under the instance's skeleton roots,
+  // then node ids, then node names) and gives each skin a bind pose of those nodes.
+  void LinkSkinsToJoints();
   // A new cluster (name ""), remembered in the state's clusters: every cluster the reader
   // makes is created here.
   KZylCluster* CreateCluster();
 
   // ---------------------------------------------------------------- geometry and controllers
   bool ImportGeometry(xmlNode* geometry);
+  // The complete reading of a geometry: its mesh or convex mesh (a convex hull reads the mesh
+  // of the geometry it names), other kinds skipped with a warning; never fails for its kind.
+  bool ImportAnyGeometry(xmlNode* geometry);
+  // The mesh element a geometry's mesh is read from; null when it has none.
+  xmlNode* MeshElementOf(xmlNode* geometry);
+  // Texture coordinates of `vertices`, one per control point, into layer 0.
+  void SetControlPointUVs(KZylGeometry& geometry, const KArrayTemplate<KZylVector2>& uvs);
   bool ImportMesh(xmlNode* meshElement, KZylMesh* mesh);
   bool ImportVertices(xmlNode* meshElement, KZylGeometry* geometry);
   bool ImportPolygons(xmlNode* meshElement, KZylMesh& mesh);
+  // The primitive elements of a mesh that become polygons, in the order of the mesh's polygons;
+  // the complete reading warns once about line primitives, which the kit cannot hold.
+  KArrayTemplate<xmlNode*> PrimitiveElements(xmlNode* meshElement);
   bool ImportController(xmlNode* controller);
   bool ImportVertexWeightsInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters);
   bool ImportLinkMatricesInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters);
@@ -169,7 +187,14 @@ class KZylReaderCollada : public KZylReader {
     IdList<KZylSurfaceMaterial> effects;
     IdList<KZylTexture> images;
     IdList<TextureUseArray> textures;
+    // For the complete reading's material binding: the textures of each effect, and the effect
+    // each material instances.
+    std::unordered_map<KString, const TextureUseArray*> effectTextures;
+    std::unordered_map<KString, KString> materialEffects;
     IdList<KZylNodeAttribute> nodeAttributes;
+    // The document's elements by id, for the references the complete reading follows anywhere
+    // in the document.
+    ElementIndex elementsById;
     IdList<ControllerRecord> controllers;
     IdList<xmlNode> animations;
     IdList<ChannelRecord> animationTargets;
@@ -178,6 +203,12 @@ class KZylReaderCollada : public KZylReader {
     bool recordsAnimationTargets = true;
     IdList<ShapeRecordList> shapes;
     KArrayTemplate<KZylPose*> bindPoses;
+    // The complete reading links skins to their joints once a visual scene is built: the node
+    // made for each node element of that visual scene, the skins its nodes received, and where
+    // its bind poses start in the bind pose array.
+    std::unordered_map<const xmlNode*, KZylNode*> nodeOfElement;
+    std::vector<SkinInstance> skinInstances;
+    int firstBindPoseOfScene = 0;
     // Clusters made by this read, in creation order (joint re-targeting looks at these).
     std::vector<KZylCluster*> clusters;
     // Made by the first joint; held through a shared pointer so that its type stays private.

@@ -35,6 +35,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
   if (!(mStatus = CheckColladaVersion())) return false;
   scene.GetGlobalLightSettings().SetAmbientColor(KZylColor(0.0, 0.0, 0.0, 1.0));
   mState->recordsAnimationTargets = HasAnimationLibrary(root);
+  mState->elementsById.SetRoot(root);
 
   KZylSceneInfo* sceneInfo = nullptr;
   if (xmlNode* asset = firstChildElement(root)) {

@@ -1,6 +1,10 @@
 #pragma once
 // What the reader keeps between import steps, besides the kit objects it makes.
 
+#include <libxml/tree.h>
+
+#include <vector>
+
 #include "kit/karray.h"
 #include "kit/kmath.h"
 #include "kit/kstring.h"
@@ -9,6 +13,7 @@
 namespace zylsdk {
 
 class KZylCluster;
+class KZylNode;
 class KZylPose;
 class KZylTexture;
 
@@ -32,11 +37,22 @@ struct ControllerRecord {
   KArrayTemplate<double> morphWeights;
 };
 
+// A skin that a node received from an `instance_controller`: the complete reading links its
+// clusters to the joint nodes once the visual scene is built.
+struct SkinInstance {
+  KZylNode* node = nullptr;
+  const xmlNode* instance = nullptr;  // the instance_controller, with its skeleton roots
+  const ControllerRecord* controller = nullptr;
+  std::vector<KZylCluster*> clusters;  // the node's copies, in the controller's joint order
+  int poseIndex = -1;                  // its bind pose in the reader's bind pose array
+};
+
 // A texture made for one `texture` reference of an effect, with the layer that receives it.
 struct TextureUse {
   KZylTexture* texture = nullptr;
   int layerIndex = 0;
   KZylLayerElement::ELayerElementType layerKind = KZylLayerElement::eDiffuseTextures;
+  KString texcoord;  // the `texcoord` of the reference: the semantic that bind_vertex_input binds to a UV set
 };
 using TextureUseArray = KArrayTemplate<TextureUse>;
 

@@ -49,8 +49,12 @@ bool KZylReaderCollada::ImportVisualScene(xmlNode* visualScene) {
       return false;
     }
   }
-  // Every bind pose made so far: a second visual scene receives the first one's poses too.
-  for (KZylPose* pose : mState->bindPoses) scene->AddPose(pose);
+  // Every bind pose made so far: a second visual scene receives the first one's poses too. The
+  // complete reading gives a visual scene its own poses, linked to its joints.
+  if (mComplete) LinkSkinsToJoints();
+  const int firstPose = mComplete ? mState->firstBindPoseOfScene : 0;
+  for (int i = firstPose; i < mState->bindPoses.GetCount(); ++i) scene->AddPose(mState->bindPoses[i]);
+  mState->firstBindPoseOfScene = mState->bindPoses.GetCount();
   mState->visualScenes.Add(id, scene);
   return true;
 }

@@ -45,7 +45,7 @@ void CountItems(int64_t valueCount, AccessorLayout& layout) {
                                                 : std::clamp<int64_t>(ReadInteger(layout.declaredCount, 0), 0, starting);
 }
 
-bool ReadLayout(const xmlNode* source, AccessorLayout& layout) {
+bool ReadLayout(const xmlNode* source, AccessorLayout& layout, const SourceRules& rules) {
   xmlNode* accessor = findChildByType(getTechniqueCommonNode(source), "accessor");
   if (!accessor) return false;
   layout.offset = std::max<int64_t>(0, ReadInteger(DAE_GetProperty(accessor, "offset"), 0));
@@ -57,7 +57,7 @@ bool ReadLayout(const xmlNode* source, AccessorLayout& layout) {
   findChildrenByType(accessor, "param", params);
   for (xmlNode* param : params) {
     int width = ParamWidth(DAE_GetProperty(param, "type"));
-    if (!DAE_GetProperty(param, "name").IsEmpty())
+    if (rules.unnamedParams || !DAE_GetProperty(param, "name").IsEmpty())
       for (int k = 0; k < width; ++k) layout.components.push_back(position + k);
     position += width;
   }
@@ -126,9 +126,10 @@ size_t DeclaredValues(const xmlNode* array) {
 }
 
 // The numbers of the source's float_array and its accessor's layout; false without either.
-bool ReadNumberSource(const xmlNode* source, std::vector<double>& values, AccessorLayout& layout) {
+bool ReadNumberSource(const xmlNode* source, std::vector<double>& values, AccessorLayout& layout,
+                      const SourceRules& rules = {}) {
   xmlNode* array = findChildByType(source, "float_array");
-  if (!array || !ReadLayout(source, layout)) return false;
+  if (!array || !ReadLayout(source, layout, rules)) return false;
   ParseDoubles(ElementText(array).c_str(), values, DeclaredValues(array));
   CountItems(static_cast<int64_t>(values.size()), layout);
   return true;
@@ -173,11 +174,11 @@ void StreamItems(const xmlNode* array, AccessorLayout& layout, KArrayTemplate<T>
 }
 
 template <class T>
-bool ImportNumbers(const xmlNode* source, KArrayTemplate<T>& out) {
+bool ImportNumbers(const xmlNode* source, KArrayTemplate<T>& out, const SourceRules& rules) {
   out.Clear();
   xmlNode* array = findChildByType(source, "float_array");
   AccessorLayout layout;
-  if (!array || !ReadLayout(source, layout)) return false;
+  if (!array || !ReadLayout(source, layout, rules)) return false;
   if (CanStream<T>(layout)) {
     StreamItems(array, layout, out);
     return true;
@@ -203,11 +204,13 @@ std::vector<KString> SplitWords(const char* text) {
 
 // The words of the source's Name_array (or IDREF_array) and its accessor's layout; false
 // without either.
-bool ReadNameSource(const xmlNode* source, std::vector<KString>& words, AccessorLayout& layout) {
+bool ReadNameSource(const xmlNode* source, std::vector<KString>& words, AccessorLayout& layout,
+                    const SourceRules& rules = {}) {
   xmlNode* array = findChildByType(source, "Name_array");
   if (!array) array = findChildByType(source, "IDREF_array");
+  if (!array && rules.sidArrays) array = findChildByType(source, "SID_array");
   if (!array) return false;
-  if (!ReadLayout(source, layout)) return false;
+  if (!ReadLayout(source, layout, rules)) return false;
   words = SplitWords(ElementText(array).c_str());
   CountItems(static_cast<int64_t>(words.size()), layout);
   return true;
@@ -215,17 +218,27 @@ bool ReadNameSource(const xmlNode* source, std::vector<KString>& words, Accessor
 
 }  // namespace
 
-bool ImportSource(const xmlNode* source, KArrayTemplate<double>& out) { return ImportNumbers(source, out); }
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector2>& out) { return ImportNumbers(source, out); }
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector4>& out) { return ImportNumbers(source, out); }
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylColor>& out) { return ImportNumbers(source, out); }
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const xmlNode* source, KArrayTemplate<double>& out, const SourceRules& rules) {
+  return ImportNumbers(source, out, rules);
+}
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector2>& out, const SourceRules& rules) {
+  return ImportNumbers(source, out, rules);
+}
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector4>& out, const SourceRules& rules) {
+  return ImportNumbers(source, out, rules);
+}
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylColor>& out, const SourceRules& rules) {
+  return ImportNumbers(source, out, rules);
+}
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out, const SourceRules& rules) {
+  return ImportNumbers(source, out, rules);
+}
 
-bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out) {
+bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out, const SourceRules& rules) {
   out.Clear();
   std::vector<KString> words;
   AccessorLayout layout;
-  if (!ReadNameSource(source, words, layout)) return false;
+  if (!ReadNameSource(source, words, layout, rules)) return false;
   ReadItems(layout, words, out);
   return true;
 }

@@ -16,16 +16,24 @@
 
 namespace zylsdk {
 
+// How much of a source is read. The traditional reading takes the named params only, and texts
+// from Name_array or IDREF_array; the complete reading takes every param, and SID_array too.
+struct SourceRules {
+  bool unnamedParams = false;
+  bool sidArrays = false;
+  static SourceRules Everything() { return {true, true}; }
+};
+
 // Each fills `out` (emptied first) and returns false for a null source or one without the
 // array it needs (`float_array`; `Name_array` or `IDREF_array` for texts) or without an
 // accessor.
-bool ImportSource(const xmlNode* source, KArrayTemplate<double>& out);
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector2>& out);
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector4>& out);
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylColor>& out);
+bool ImportSource(const xmlNode* source, KArrayTemplate<double>& out, const SourceRules& rules = {});
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector2>& out, const SourceRules& rules = {});
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector4>& out, const SourceRules& rules = {});
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylColor>& out, const SourceRules& rules = {});
 // Matrices are converted as COLLADA writes them: value 4r+c goes to the kit's row c, column r.
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out);
-bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out);
+bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out, const SourceRules& rules = {});
+bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out, const SourceRules& rules = {});
 
 // Every selected component of every item, item after item: a source of X, Y, Z triples gives
 // three values per item, where ImportSource of doubles keeps only the first. Only components

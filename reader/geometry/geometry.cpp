@@ -7,6 +7,7 @@
 namespace zylsdk {
 
 bool KZylReaderCollada::ImportGeometry(xmlNode* geometry) {
+  if (mComplete) return ImportAnyGeometry(geometry);
   const KString id = DAE_GetProperty(geometry, "id");
   bool meshRead = false;
   for (xmlNode* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
@@ -29,6 +30,43 @@ bool KZylReaderCollada::ImportGeometry(xmlNode* geometry) {
     AddNotificationError("no mesh found for library " + id);
     return false;
   }
+  return true;
+}
+
+xmlNode* KZylReaderCollada::MeshElementOf(xmlNode* geometry) {
+  // A convex hull of another geometry reads that geometry's mesh; a chain of them is followed
+  // as far as the number of geometries allows, so that a loop ends.
+  const size_t largestChain = mState->elementsById.GetCount();
+  for (size_t hops = 0; geometry && hops <= largestChain; ++hops) {
+    xmlNode* mesh = nullptr;
+    for (xmlNode* child = firstChildElement(geometry); child && !mesh; child = nextSiblingElement(child))
+      if (DAE_IsElement(child, "mesh") || DAE_IsElement(child, "convex_mesh")) mesh = child;
+    const KString hullOf = DAE_GetProperty(mesh, "convex_hull_of");
+    if (!mesh || hullOf.IsEmpty()) return mesh;
+    geometry = mState->elementsById.Find(hullOf.Mid(1), "geometry");
+  }
+  return nullptr;
+}
+
+bool KZylReaderCollada::ImportAnyGeometry(xmlNode* geometry) {
+  const KString id = DAE_GetProperty(geometry, "id");
+  // Other kinds of geometry (splines, boundary representations) have no kit counterpart.
+  for (xmlNode* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
+    const char* name = DAE_GetName(child);
+    if (!DAE_IsElement(child, "mesh") && !DAE_IsElement(child, "convex_mesh") && !DAE_IsElement(child, "asset") &&
+        !DAE_IsElement(child, "extra"))
+      WarnOnce(name, KString("geometry kind not read: ") + name);
+  }
+  xmlNode* meshElement = MeshElementOf(geometry);
+  if (!meshElement) {
+    // Registered without an attribute, so that its instances read without one.
+    AddNotificationWarning("no mesh found for library " + id);
+    mState->nodeAttributes.Add(id, nullptr);
+    return true;
+  }
+  KZylMesh* mesh = KZylMesh::Create(mManager, "");
+  if (!(mStatus = ImportMesh(meshElement, mesh))) return false;
+  mState->nodeAttributes.Add(id, mesh);
   return true;
 }
 
@@ -61,6 +99,15 @@ bool ReadVerticesSource(KZylReaderCollada& reader, MeshSources& sources, const K
 
 }  // namespace
 
+void KZylReaderCollada::SetControlPointUVs(KZylGeometry& geometry, const KArrayTemplate<KZylVector2>& uvs) {
+  if (!geometry.GetLayer(0)) geometry.CreateLayer();
+  KZylLayerElementUV* element = mManager->CreateKZylLayerElementUV("");
+  element->SetMappingMode(KZylLayerElement::eByControlPoint);
+  element->SetReferenceMode(KZylLayerElement::eDirect);
+  element->GetDirectArray() = uvs;
+  geometry.GetLayer(0)->SetUVs(element, KZylLayerElement::eDiffuseTextures);
+}
+
 bool KZylReaderCollada::ImportVertices(xmlNode* meshElement, KZylGeometry* geometry) {
   xmlNode* vertices = findChildByType(meshElement, "vertices");
   if (!vertices) {
@@ -68,11 +115,12 @@ bool KZylReaderCollada::ImportVertices(xmlNode* meshElement, KZylGeometry* geome
     return false;
   }
 
-  MeshSources sources(meshElement);
+  MeshSources sources(meshElement, SourceReadingRules());
   const KArrayTemplate<KZylVector4> none;
   const KArrayTemplate<KZylVector4>* positions = &none;
   const KArrayTemplate<KZylVector4>* normals = &none;
   const KArrayTemplate<KZylColor>* colors = nullptr;
+  const KArrayTemplate<KZylVector2>* uvs = nullptr;
   KArrayTemplate<xmlNode*> inputs;
   findChildrenByType(vertices, "input", inputs);
   for (xmlNode* input : inputs) {
@@ -85,9 +133,13 @@ bool KZylReaderCollada::ImportVertices(xmlNode* meshElement, KZylGeometry* geome
       ok = ReadVerticesSource(*this, sources, source, normals);
     } else if (semantic == "COLOR") {
       ok = ReadVerticesSource(*this, sources, source, colors);
+    } else if ((semantic == "UV" || semantic == "TEXCOORD") && mComplete) {
+      ok = ReadVerticesSource(*this, sources, source, uvs);
     } else if (semantic == "UV" || semantic == "TEXCOORD") {
       // Texture coordinates are read from the polygons' inputs only.
       WarnOnce(semantic, semantic + " not supported in vertices input");
+    } else if (mComplete) {
+      WarnOnce("vertices " + semantic, semantic + " in <vertices> not read: the kit has no layer element for it");
     } else {
       AddNotificationError(semantic + " not supported in vertices input");
       return false;
@@ -103,6 +155,7 @@ bool KZylReaderCollada::ImportVertices(xmlNode* meshElement, KZylGeometry* geome
   const KZylVector4 noNormal;
   for (int i = 0; i < count; ++i) geometry->SetControlPointAndNormal((*positions)[i], withNormals ? (*normals)[i] : noNormal, i);
 
+  if (uvs && !uvs->IsEmpty()) SetControlPointUVs(*geometry, *uvs);
   if (!colors || colors->IsEmpty()) return true;
   KZylLayer* layer = geometry->GetLayer(0);
   if (!layer->GetVertexColors()) layer->SetVertexColors(mManager->CreateKZylLayerElementVertexColor(""));

@@ -18,7 +18,7 @@ namespace zylsdk {
 
 class MeshSources {
  public:
-  explicit MeshSources(const xmlNode* mesh) : mMesh(mesh) {}
+  explicit MeshSources(const xmlNode* mesh, const SourceRules& rules = {}) : mMesh(mesh), mRules(rules) {}
 
   // The element below the mesh whose id is the attribute less its first character (the "#" of
   // a local reference, dropped without being looked at); null when there is none.
@@ -32,7 +32,7 @@ class MeshSources {
     Values<T>& values = std::get<Values<T>>(entry.values);
     if (!values.read) {
       values.read = true;
-      values.ok = ImportSource(entry.element, values.items);
+      values.ok = ImportSource(entry.element, values.items, mRules);
     }
     return values.ok ? &values.items : nullptr;
   }
@@ -54,6 +54,7 @@ class MeshSources {
   Entry& EntryOf(const KString& attribute);
 
   const xmlNode* mMesh;
+  SourceRules mRules;
   bool mIndexed = false;
   // Every id below the mesh to its first element in document order, built on first use.
   std::unordered_map<std::string, const xmlNode*> mElementsById;

@@ -38,7 +38,7 @@ bool KZylReaderCollada::ImportTargetsInController(xmlNode* morph, KArrayTemplate
   weights.Clear();
   KArrayTemplate<xmlNode*> inputs;
   findChildrenByType(targetsElement, "input", inputs);
-  MeshSources sources(morph);
+  MeshSources sources(morph, SourceReadingRules());
   for (xmlNode* input : inputs) {
     const KString semantic = DAE_GetProperty(input, "semantic");
     if (semantic == "MORPH_TARGET") {

@@ -74,19 +74,25 @@ bool PolygonLayers::Import(const AttributeInput& input, const PrimitiveLists& li
   } else if (input.semantic == "COLOR") {
     const KArrayTemplate<KZylColor>* colors = Values<KZylColor>(input.source);
     if (!colors) return false;
-    if (!layer.GetVertexColors()) layer.SetVertexColors(manager->CreateKZylLayerElementVertexColor(""));
+    if (!layer.GetVertexColors() || GivesWay(layer.GetVertexColors()))
+      layer.SetVertexColors(manager->CreateKZylLayerElementVertexColor(""));
     AppendIndexed(*layer.GetVertexColors(), name, *colors, seen, lists, input.offset);
   } else if (input.semantic == "UV" || input.semantic == "TEXCOORD") {
     const KArrayTemplate<KZylVector2>* uvs = Values<KZylVector2>(input.source);
     if (!uvs) return false;
     // Every UV set serves the diffuse channel.
     const auto channel = KZylLayerElement::eDiffuseTextures;
-    if (!layer.GetUVs(channel)) layer.SetUVs(manager->CreateKZylLayerElementUV(""), channel);
+    if (!layer.GetUVs(channel) || GivesWay(layer.GetUVs(channel)))
+      layer.SetUVs(manager->CreateKZylLayerElementUV(""), channel);
     AppendIndexed(*layer.GetUVs(channel), name, *uvs, seen, lists, input.offset);
   } else {
     mReader.AddNotificationWarning("Unknown property for polygons: " + input.semantic);
   }
   return true;
+}
+
+bool PolygonLayers::GivesWay(const KZylLayerElement* element) const {
+  return mReader.IsComplete() && element->GetMappingMode() == KZylLayerElement::eByControlPoint;
 }
 
 KZylLayer& PolygonLayers::LayerOfSet(int set) {

@@ -25,7 +25,7 @@ struct AttributeInput {
 class PolygonLayers {
  public:
   PolygonLayers(KZylReaderCollada& reader, KZylMesh& mesh, const xmlNode* meshElement)
-      : mReader(reader), mMesh(mesh), mSources(meshElement) {}
+      : mReader(reader), mMesh(mesh), mSources(meshElement, reader.SourceReadingRules()) {}
 
   // Adds the input's values for every vertex of `lists`; false (with the error said) when its
   // source is missing or unreadable.
@@ -35,6 +35,9 @@ class PolygonLayers {
 
  private:
   KZylLayer& LayerOfSet(int set);
+  // True when the polygons' own element replaces `element`: in the complete reading, the
+  // colours and UVs that `vertices` gave by control point give way to those of the polygons.
+  bool GivesWay(const KZylLayerElement* element) const;
   template <class T>
   const KArrayTemplate<T>* Values(const KString& source);
 

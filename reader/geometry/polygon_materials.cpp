@@ -2,8 +2,9 @@
 
 namespace zylsdk {
 
-PolygonMaterials::PolygonMaterials(KZylMesh& mesh, const IdList<TextureUseArray>& textures, int elementCount)
-    : mMesh(mesh), mTextures(textures), mElementCount(elementCount) {}
+PolygonMaterials::PolygonMaterials(KZylMesh& mesh, const IdList<TextureUseArray>& textures, int elementCount,
+                                   bool placeTextures)
+    : mMesh(mesh), mTextures(textures), mElementCount(elementCount), mPlaceTextures(placeTextures) {}
 
 PolygonMaterials::Indices PolygonMaterials::Assign(const KString& materialName, int ordinal) {
   Indices indices;
@@ -16,9 +17,19 @@ PolygonMaterials::Indices PolygonMaterials::Assign(const KString& materialName, 
   materials.GetIndexArray().Add(indices.material);
 
   // The polygons carry the index of the material's last texture.
+  if (!mPlaceTextures) return indices;
   if (const TextureUseArray* uses = mTextures.Lookup(materialName))
     for (const TextureUse& use : *uses) indices.texture = PlaceTexture(use, ordinal);
   return indices;
+}
+
+void PolygonMaterials::IndexEveryPolygon() {
+  KZylLayerElementMaterial* element = mMesh.GetLayer(0)->GetMaterials();
+  if (!element || element->GetMappingMode() != KZylLayerElement::eByPolygon) return;
+  std::vector<int>& indices = element->GetIndexArray().Std();
+  indices.resize(static_cast<size_t>(mMesh.GetPolygonCount()));
+  for (int polygon = 0; polygon < mMesh.GetPolygonCount(); ++polygon)
+    indices[static_cast<size_t>(polygon)] = mMesh.GetPolygonMaterial(polygon);
 }
 
 KZylLayerElementMaterial& PolygonMaterials::MaterialElement() {

@@ -13,8 +13,9 @@ namespace zylsdk {
 
 class PolygonMaterials {
  public:
-  // `elementCount`: the number of polygons and triangles elements of the mesh.
-  PolygonMaterials(KZylMesh& mesh, const IdList<TextureUseArray>& textures, int elementCount);
+  // `elementCount`: the number of primitive elements of the mesh. Without `placeTextures` the
+  // textures are left to material binding (the complete reading places them there).
+  PolygonMaterials(KZylMesh& mesh, const IdList<TextureUseArray>& textures, int elementCount, bool placeTextures);
 
   struct Indices {
     int material = -1;
@@ -23,6 +24,9 @@ class PolygonMaterials {
   // Gives element `ordinal` its material named `materialName` (none when empty) and places its
   // textures; returns the indices its polygons carry.
   Indices Assign(const KString& materialName, int ordinal);
+  // Gives a material element mapped by polygon one index per polygon, the polygon's material
+  // (once every element is read).
+  void IndexEveryPolygon();
 
  private:
   KZylLayerElementMaterial& MaterialElement();
@@ -35,6 +39,7 @@ class PolygonMaterials {
   KZylMesh& mMesh;
   const IdList<TextureUseArray>& mTextures;
   int mElementCount;
+  bool mPlaceTextures;
   std::unordered_map<const KZylLayerElementTexture*, std::unordered_map<KString, int>> mTexturePositions;
 };
 

@@ -1,6 +1,6 @@
-// Polygons of a mesh: every `polygons` element, then every `triangles` element, into the
-// mesh's polygons, with their normals, colours and texture coordinates as layer elements
-// mapped by polygon vertex. Other primitive elements are not read.
+// Polygons of a mesh: every `polygons` element, then every `triangles` element (the complete
+// reading: every polygon primitive, in document order), into the mesh's polygons, with their
+// normals, colours and texture coordinates as layer elements mapped by polygon vertex.
 
 #include <algorithm>
 #include <vector>
@@ -49,50 +49,85 @@ PrimitiveInputs ReadInputs(const xmlNode* element) {
   return inputs;
 }
 
-// One polygon per `p` of a `polygons` element; one per three vertices of a `triangles` element,
-// where a trailing partial triangle is begun and left open.
-void AddPolygons(KZylMesh& mesh, const PrimitiveLists& lists, int vertexOffset, bool triangles,
-                 PolygonMaterials::Indices indices) {
-  int64_t polygons = lists.GetListCount();
-  if (triangles) {
-    polygons = 0;
-    for (int list = 0; list < lists.GetListCount(); ++list) polygons += (lists.GetVertexCount(list) + 2) / 3;
-  }
-  mesh.ReservePolygons(polygons, lists.GetTotalVertexCount());
-  for (int list = 0; list < lists.GetListCount(); ++list) {
-    if (!triangles) mesh.BeginPolygon(indices.material, indices.texture, -1, true);
-    int corner = 0;
-    lists.ForEachValue(list, vertexOffset, [&](int index) {
-      if (triangles && corner == 0) mesh.BeginPolygon(indices.material, indices.texture, -1, true);
-      mesh.AddPolygon(index, -1);
-      if (triangles && corner == 2) mesh.EndPolygon();
-      corner = corner == 2 ? 0 : corner + 1;
-    });
-    if (!triangles) mesh.EndPolygon();
-  }
+// The polygons of one element, each begun with the element's material and texture.
+void AddPolygons(KZylMesh& mesh, const PrimitiveLists& lists, int vertexOffset, PolygonMaterials::Indices indices) {
+  mesh.ReservePolygons(lists.GetPolygonCount(), lists.GetTotalVertexCount());
+  lists.ForEachPolygon([&](const PrimitiveLists::Polygon& polygon) {
+    mesh.BeginPolygon(indices.material, indices.texture, -1, true);
+    lists.ForEachValue(polygon, vertexOffset, [&](int index) { mesh.AddPolygon(index, -1); });
+    if (!polygon.open) mesh.EndPolygon();
+  });
+}
+
+// True when any element has an input of `semantic`.
+bool AnyInput(const KArrayTemplate<xmlNode*>& elements, const char* semantic) {
+  for (const xmlNode* element : elements)
+    for (xmlNode* input = firstChildElement(element); input; input = nextSiblingElement(input))
+      if (DAE_IsElement(input, "input") && DAE_GetProperty(input, "semantic") == semantic) return true;
+  return false;
+}
+
+// True when the normals that `vertices` gave the control points hold anything but zeros.
+bool HasControlPointNormals(const xmlNode* meshElement, const KZylMesh& mesh) {
+  KArrayTemplate<xmlNode*> vertices;
+  findChildrenByType(meshElement, "vertices", vertices);
+  if (vertices.IsEmpty() || !AnyInput(vertices, "NORMAL")) return false;
+  const KZylLayerElementNormal* normals = mesh.GetNormals();
+  if (!normals || normals->GetMappingMode() != KZylLayerElement::eByControlPoint) return false;
+  const KZylVector4 zero;
+  for (const KZylVector4& normal : normals->GetDirectArray())
+    if (normal != zero) return true;
+  return false;
+}
+
+// True when a `ph` of the element has holes (`h`).
+bool HasPolygonHoles(const xmlNode* element) {
+  for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+    if (DAE_IsElement(child, "ph") && findChildByType(child, "h")) return true;
+  return false;
 }
 
 }  // namespace
 
-bool KZylReaderCollada::ImportPolygons(xmlNode* meshElement, KZylMesh& mesh) {
-  // All polygons elements first, then all triangles elements: the mesh's polygons follow this
-  // order, not the document's.
+KArrayTemplate<xmlNode*> KZylReaderCollada::PrimitiveElements(xmlNode* meshElement) {
   KArrayTemplate<xmlNode*> elements;
-  findChildrenByType(meshElement, "polygons", elements);
-  findChildrenByType(meshElement, "triangles", elements);
+  if (!mComplete) {
+    // All polygons elements first, then all triangles elements: the mesh's polygons follow this
+    // order, not the document's.
+    findChildrenByType(meshElement, "polygons", elements);
+    findChildrenByType(meshElement, "triangles", elements);
+    return elements;
+  }
+  for (xmlNode* child = firstChildElement(meshElement); child; child = nextSiblingElement(child)) {
+    PrimitiveKind kind;
+    if (PrimitiveKindOf(child, kind)) {
+      elements.Add(child);
+    } else if (DAE_IsElement(child, "lines") || DAE_IsElement(child, "linestrips")) {
+      WarnOnce(DAE_GetName(child), KString(DAE_GetName(child)) + " not read: the kit has no line geometry");
+    }
+  }
+  return elements;
+}
 
-  // Normals per control point are replaced by normals per polygon vertex, read or computed.
+bool KZylReaderCollada::ImportPolygons(xmlNode* meshElement, KZylMesh& mesh) {
+  const KArrayTemplate<xmlNode*> elements = PrimitiveElements(meshElement);
+
+  // Normals per control point are replaced by normals per polygon vertex, read or computed;
+  // the complete reading keeps the document's own normals per control point when the
+  // polygons give none.
   if (!mesh.GetLayer(0)) mesh.CreateLayer();
-  if (KZylLayerElementNormal* normals = mesh.GetLayer(0)->GetNormals()) {
+  const bool keepNormals = mComplete && !AnyInput(elements, "NORMAL") && HasControlPointNormals(meshElement, mesh);
+  KZylLayerElementNormal* normals = mesh.GetLayer(0)->GetNormals();
+  if (normals && !keepNormals) {
     normals->SetMappingMode(KZylLayerElement::eByPolygonVertex);
     normals->GetDirectArray().Clear();
   }
   if (elements.IsEmpty()) {
-    mesh.ComputeVertexNormals(false);
+    if (!keepNormals) mesh.ComputeVertexNormals(false);
     return true;
   }
 
-  PolygonMaterials materials(mesh, mState->textures, elements.GetCount());
+  PolygonMaterials materials(mesh, mState->textures, elements.GetCount(), !mComplete);
   PolygonLayers layers(*this, mesh, meshElement);
   for (int ordinal = 0; ordinal < elements.GetCount(); ++ordinal) {
     xmlNode* element = elements[ordinal];
@@ -102,12 +137,17 @@ bool KZylReaderCollada::ImportPolygons(xmlNode* meshElement, KZylMesh& mesh) {
       AddNotificationError("No vertices defined in mesh ");
       return false;
     }
-    const PrimitiveLists lists(element, inputs.stride);
-    AddPolygons(mesh, lists, inputs.vertexOffset, DAE_IsElement(element, "triangles"), indices);
+    PrimitiveKind kind = PrimitiveKind::kPolygons;
+    PrimitiveKindOf(element, kind);
+    if (mComplete && HasPolygonHoles(element)) WarnOnce("ph", "holes of <ph> polygons not read: the kit's polygons have none");
+    const PrimitiveLists lists(element, inputs.stride, kind, inputs.vertexOffset, mComplete);
+    AddPolygons(mesh, lists, inputs.vertexOffset, indices);
     for (const AttributeInput& input : inputs.attributes)
       if (!layers.Import(input, lists)) return false;
   }
-  if (!layers.NormalsRead()) mesh.ComputeVertexNormals(false);
+  if (!layers.NormalsRead() && !keepNormals) mesh.ComputeVertexNormals(false);
+  // The complete reading indexes the materials by polygon, as their mapping says.
+  if (mComplete) materials.IndexEveryPolygon();
   return true;
 }
 

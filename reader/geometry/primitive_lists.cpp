@@ -8,23 +8,119 @@
 #include "reader/dom/numbers.h"
 
 namespace zylsdk {
+namespace {
 
-PrimitiveLists::PrimitiveLists(const xmlNode* element, int64_t stride) : mStride(std::max<int64_t>(1, stride)) {
-  for (xmlNode* p = firstChildElement(element); p; p = nextSiblingElement(p)) {
-    if (!DAE_IsElement(p, "p")) continue;
-    const ElementText text(p);
-    mLists.emplace_back();
-    // An integer takes at least two characters with its separator: room for all of them at
-    // once, so that a long list is never moved while it grows (untouched room costs nothing).
-    mLists.back().Reserve(static_cast<int>(std::min<size_t>(std::strlen(text.c_str()) / 2 + 1, INT_MAX)));
-    strtoints(text.c_str(), mLists.back());
-    mTotalVertexCount += GetVertexCount(GetListCount() - 1);
+// Appends the integers of a list element to `out`.
+void AppendIntegers(const xmlNode* element, KArrayTemplate<int>& out) {
+  const ElementText text(element);
+  // An integer takes at least two characters with its separator: room for all of them at
+  // once, so that a long list is never moved while it grows (untouched room costs nothing).
+  const size_t room = static_cast<size_t>(out.GetCount()) + std::strlen(text.c_str()) / 2 + 1;
+  out.Reserve(static_cast<int>(std::min<size_t>(room, INT_MAX)));
+  strtoints(text.c_str(), out);
+}
+
+// The list element of a child of a primitive: a `p`, or with `readHoledPolygons` the outer
+// `p` of a `ph`; null for other children.
+const xmlNode* ListOf(const xmlNode* child, bool readHoledPolygons) {
+  if (DAE_IsElement(child, "p")) return child;
+  if (readHoledPolygons && DAE_IsElement(child, "ph")) return findChildByType(child, "p");
+  return nullptr;
+}
+
+}  // namespace
+
+bool PrimitiveKindOf(const xmlNode* element, PrimitiveKind& kind) {
+  static const struct {
+    const char* name;
+    PrimitiveKind kind;
+  } kKinds[] = {{"polygons", PrimitiveKind::kPolygons},   {"triangles", PrimitiveKind::kTriangles},
+                {"polylist", PrimitiveKind::kPolylist},   {"tristrips", PrimitiveKind::kTristrips},
+                {"trifans", PrimitiveKind::kTrifans}};
+  for (const auto& row : kKinds) {
+    if (!DAE_IsElement(element, row.name)) continue;
+    kind = row.kind;
+    return true;
+  }
+  return false;
+}
+
+PrimitiveLists::PrimitiveLists(const xmlNode* element, int64_t stride, PrimitiveKind kind, int vertexOffset,
+                               bool readHoledPolygons)
+    : mStride(std::max<int64_t>(1, stride)) {
+  for (const xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child)) {
+    const xmlNode* list = ListOf(child, readHoledPolygons);
+    if (!list) continue;
+    // A polylist's sizes run over all its lists as one.
+    if (kind != PrimitiveKind::kPolylist || mLists.empty()) mLists.emplace_back();
+    AppendIntegers(list, mLists.back());
+  }
+  switch (kind) {
+    case PrimitiveKind::kPolygons:
+      break;
+    case PrimitiveKind::kTriangles:
+      mPolygonSize = 3;
+      break;
+    case PrimitiveKind::kPolylist:
+      ReadPolygonSizes(element);
+      break;
+    case PrimitiveKind::kTristrips:
+    case PrimitiveKind::kTrifans:
+      UnrollStripsAndFans(kind, vertexOffset);
+      mPolygonSize = 3;
+      break;
+  }
+  ForEachPolygon([this](const Polygon& polygon) {
+    ++mPolygonCount;
+    mTotalVertexCount += polygon.count;
+  });
+}
+
+int64_t PrimitiveLists::VertexCountOf(int list) const {
+  const int64_t length = mLists[static_cast<size_t>(list)].GetCount();
+  return (length + mStride - 1) / mStride;
+}
+
+void PrimitiveLists::ReadPolygonSizes(const xmlNode* element) {
+  mCounted = true;
+  KArrayTemplate<int> counts;
+  AppendIntegers(findChildByType(element, "vcount"), counts);
+  int64_t remaining = mLists.empty() ? 0 : VertexCountOf(0);
+  mPolygonSizes.reserve(static_cast<size_t>(counts.GetCount()));
+  // A size below 1 makes no polygon; the last polygon takes the vertices that are left.
+  for (const int count : counts) {
+    if (remaining == 0) break;
+    if (count <= 0) continue;
+    const int64_t size = std::min<int64_t>(count, remaining);
+    mPolygonSizes.push_back(static_cast<int>(size));
+    remaining -= size;
   }
 }
 
-int64_t PrimitiveLists::GetVertexCount(int list) const {
-  const int64_t length = mLists[static_cast<size_t>(list)].GetCount();
-  return (length + mStride - 1) / mStride;
+void PrimitiveLists::UnrollStripsAndFans(PrimitiveKind kind, int vertexOffset) {
+  std::vector<KArrayTemplate<int>> triangles(mLists.size());
+  for (size_t list = 0; list < mLists.size(); ++list) {
+    const std::vector<int>& values = mLists[list].Std();
+    const int64_t length = static_cast<int64_t>(values.size());
+    auto valueAt = [&](int64_t vertex, int64_t offset) {
+      const int64_t at = vertex * mStride + offset;
+      return offset >= 0 && at < length ? values[static_cast<size_t>(at)] : -1;
+    };
+    std::vector<int>& out = triangles[list].Std();
+    const int64_t vertices = VertexCountOf(static_cast<int>(list));
+    for (int64_t i = 0; i + 2 < vertices; ++i) {
+      // Strips alternate their winding so that every triangle faces the same way.
+      int64_t corners[3] = {i, i + 1, i + 2};
+      if (kind == PrimitiveKind::kTrifans) corners[0] = 0;
+      else if (i % 2 == 1) std::swap(corners[0], corners[1]);
+      const int a = valueAt(corners[0], vertexOffset), b = valueAt(corners[1], vertexOffset),
+                c = valueAt(corners[2], vertexOffset);
+      if (a == b || b == c || a == c) continue;
+      for (const int64_t corner : corners)
+        for (int64_t k = 0; k < mStride; ++k) out.push_back(valueAt(corner, k));
+    }
+  }
+  mLists.swap(triangles);
 }
 
 }  // namespace zylsdk

@@ -75,7 +75,7 @@ bool ReadVertexWeights(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<
   const int stride = inputs.GetCount();
   int jointOffset = stride;
   int weightOffset = stride;
-  MeshSources sources(skin);
+  MeshSources sources(skin, reader.SourceReadingRules());
   const KArrayTemplate<KString>* joints = nullptr;
   const KArrayTemplate<double>* weights = nullptr;
   for (xmlNode* input : inputs) {
@@ -119,7 +119,7 @@ bool ReadLinkMatrices(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<K
   }
   KArrayTemplate<xmlNode*> inputs;
   findChildrenByType(jointsElement, "input", inputs);
-  MeshSources sources(skin);
+  MeshSources sources(skin, reader.SourceReadingRules());
   const KArrayTemplate<KString> none;
   const KArrayTemplate<KZylXMatrix> noMatrices;
   const KArrayTemplate<KString>* names = &none;

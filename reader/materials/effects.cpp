@@ -105,11 +105,17 @@ void SetValue(KZylSurfaceMaterial& material, const ParameterRule& rule, bool new
 bool KZylReaderCollada::ImportEffect(xmlNode* effect) {
   const KString id = DAE_GetProperty(effect, "id");
   xmlNode* profile = findChildByType(effect, "profile_COMMON");
+  xmlNode* shading = firstChildElement(getTechniqueNode(profile));
+  if (!shading && mComplete) {
+    // Materials and their bindings still need something to stand for the effect.
+    AddNotificationWarning("effect " + id + " has no profile_COMMON shading: read as a default lambert");
+    mState->effects.Add(id, KZylSurfaceLambert::Create(mManager, id.Buffer()));
+    return true;
+  }
   if (!profile) {
     AddNotificationError("no common profile found for library " + id);
     return false;
   }
-  xmlNode* shading = firstChildElement(getTechniqueNode(profile));
   if (!shading) return false;
 
   // The shading model's name is compared without case; parameter names are exact.
@@ -169,6 +175,7 @@ bool KZylReaderCollada::ImportMaterial(xmlNode* materialElement) {
   auto* copy = static_cast<KZylSurfaceMaterial*>(mState->effects.Get(effect)->Clone(2));
   copy->SetName(id);
   mState->materials.Add(id, copy);
+  mState->materialEffects[id] = effectId;
 
   // The effect's textures now belong to this material; one listing of them moves per material.
   const int textures = mState->textures.Find(effectId);

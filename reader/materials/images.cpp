@@ -81,9 +81,10 @@ bool KZylReaderCollada::ImportTexture(xmlNode* textureElement, KString effectId,
   const KString imageId = ImageIdOf(textureElement);
   // Every reference gets a texture of its own, even when several name one image.
   KZylTexture* texture = KZylTexture::Create(mManager, imageId.Buffer());
-  // Without `extra` the texture stays bare: no file, not placed on any mesh.
+  // Without `extra` the texture stays bare: no file, not placed on any mesh (the complete
+  // reading places it all the same).
   xmlNode* extra = findChildByType(textureElement, "extra");
-  if (!extra) return true;
+  if (!extra && !mComplete) return true;
 
   if (xmlNode* technique = getTechniqueNode(extra, "KORU")) {
     KZylTexture::EWrapMode wrapU = KZylTexture::eRepeat;
@@ -120,8 +121,9 @@ bool KZylReaderCollada::ImportTexture(xmlNode* textureElement, KString effectId,
   // material instancing the effect can take one listing of it.
   TextureUseArray* uses = mState->textures.Lookup(effectId);
   if (!uses) uses = mState->textures.Keep(TextureUseArray());
-  uses->Add(TextureUse{texture, 0, layerKind});
+  uses->Add(TextureUse{texture, 0, layerKind, DAE_GetProperty(textureElement, "texcoord")});
   mState->textures.Add(effectId, uses);
+  mState->effectTextures.emplace(effectId, uses);
   return true;
 }
 

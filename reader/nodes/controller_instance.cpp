@@ -2,18 +2,25 @@
 // receives copies of the skin's clusters and bind pose, so that two nodes instancing one
 // controller deform independently, and the morph targets as shapes.
 
+#include <utility>
+
 #include "reader/nodes/node_steps.h"
 
 namespace zylsdk {
 namespace {
 
-void AttachSkin(const NodeImportContext& context, const ControllerRecord& controller, KZylNode& node, KZylMesh& mesh) {
+void AttachSkin(const NodeImportContext& context, const ControllerRecord& controller, const xmlNode* instance,
+                KZylNode& node, KZylMesh& mesh) {
   KZylReaderCollada& reader = context.reader;
+  SkinInstance skin{&node, instance, &controller, {}, context.state.bindPoses.GetCount()};
   for (KZylCluster* source : controller.clusters) {
     KZylCluster* cluster = reader.CreateCluster();
     reader.CopyLink(cluster, source);
     mesh.AddLink(cluster);
+    skin.clusters.push_back(cluster);
   }
+  // The complete reading links the clusters to their joints once the visual scene is built.
+  if (reader.IsComplete()) context.state.skinInstances.push_back(std::move(skin));
   KZylPose* pose = KZylPose::Create(reader.GetZylSdkManager(), controller.id.Buffer());
   pose->SetIsBindPose(true);
   reader.CopyPose(pose, controller.bindPose);
@@ -24,9 +31,9 @@ void AttachSkin(const NodeImportContext& context, const ControllerRecord& contro
 
 }  // namespace
 
-void AttachController(const NodeImportContext& context, const ControllerRecord& controller, KZylNode& node,
-                      KZylMesh& mesh) {
-  if (!controller.clusters.IsEmpty()) AttachSkin(context, controller, node, mesh);
+void AttachController(const NodeImportContext& context, const ControllerRecord& controller, const xmlNode* instance,
+                      KZylNode& node, KZylMesh& mesh) {
+  if (!controller.clusters.IsEmpty()) AttachSkin(context, controller, instance, node, mesh);
   // Shapes are keyed by the weight source, which the morph-weight animations name, and carry
   // the node's name. A failure is reported there and does not stop the node.
   if (!controller.morphTargets.IsEmpty())

@@ -33,39 +33,102 @@ class NodesByName {
   std::unordered_map<KString, KZylNode*> mNodes;
 };
 
-// Links the clusters of the node's skins to the scene's nodes of their link's name without
-// name-space prefix; a link that names no node of the scene stays.
-void RelinkClusters(const KZylNode& node, NodesByName& nodes) {
+// The clusters of the skins of the node's mesh.
+std::vector<KZylCluster*> ClustersOf(const KZylNode& node) {
+  std::vector<KZylCluster*> clusters;
   KZylNodeAttribute* attribute = node.GetNodeAttribute();
-  if (!attribute || attribute->GetAttributeType() != KZylNodeAttribute::eMesh) return;
+  if (!attribute || attribute->GetAttributeType() != KZylNodeAttribute::eMesh) return clusters;
   const KZylGeometry* geometry = static_cast<const KZylMesh*>(attribute);
   for (int d = 0; d < geometry->GetDeformerCount(KZylDeformer::eSkin); ++d) {
     const KZylSkin* skin = static_cast<const KZylSkin*>(geometry->GetDeformer(d, KZylDeformer::eSkin));
-    for (int c = 0; c < skin->GetClusterCount(); ++c) {
-      KZylCluster* cluster = skin->GetCluster(c);
-      KZylNode* link = cluster->GetLink();
-      if (!link) continue;
-      if (KZylNode* found = nodes.Find(link->GetNameWithoutNameSpacePrefix())) {
-        cluster->DisconnectZylSrc(link);
-        cluster->SetLink(found);
-      }
+    for (int c = 0; c < skin->GetClusterCount(); ++c) clusters.push_back(skin->GetCluster(c));
+  }
+  return clusters;
+}
+
+// Links the clusters of the node's skins to the scene's nodes of their link's name without
+// name-space prefix; a link that names no node of the scene stays.
+void RelinkClusters(const KZylNode& node, NodesByName& nodes) {
+  for (KZylCluster* cluster : ClustersOf(node)) {
+    KZylNode* link = cluster->GetLink();
+    if (!link) continue;
+    if (KZylNode* found = nodes.Find(link->GetNameWithoutNameSpacePrefix())) {
+      cluster->DisconnectZylSrc(link);
+      cluster->SetLink(found);
     }
+  }
+}
+
+using NodeCopies = std::unordered_map<const KZylNode*, KZylNode*>;
+
+// Each node of the source's hierarchy to its copy: the copy of the source root's children are
+// the destination root's children from `firstCopiedChild` on, in order, with the same shape.
+NodeCopies MapCopies(const KZylNode& sourceRoot, KZylNode& destinationRoot, int firstCopiedChild) {
+  NodeCopies copies;
+  copies.emplace(&sourceRoot, &destinationRoot);
+  std::vector<std::pair<const KZylNode*, KZylNode*>> pending;
+  for (int i = 0; i < sourceRoot.GetChildCount(); ++i)
+    pending.emplace_back(sourceRoot.GetChild(i), destinationRoot.GetChild(firstCopiedChild + i));
+  while (!pending.empty()) {
+    auto [source, copy] = pending.back();
+    pending.pop_back();
+    if (!source || !copy) continue;
+    copies.emplace(source, copy);
+    for (int i = 0; i < source->GetChildCount(); ++i) pending.emplace_back(source->GetChild(i), copy->GetChild(i));
+  }
+  return copies;
+}
+
+KZylNode* CopyOf(const NodeCopies& copies, KZylNode* node) {
+  auto found = copies.find(node);
+  return found == copies.end() ? node : found->second;
+}
+
+// The entries of `source` with the copies of their nodes.
+void CopyPoseOfCopies(KZylPose& destination, const KZylPose& source, const NodeCopies& copies) {
+  for (int i = 0; i < source.GetCount(); ++i)
+    destination.Add(CopyOf(copies, source.GetNode(i)), source.GetMatrix(i), source.IsLocalMatrix(i));
+}
+
+// Links the clusters of the copied nodes' skins to the copies of their joints.
+void RetargetClusters(const KZylNode& destinationRoot, int firstCopiedChild, const NodeCopies& copies) {
+  std::vector<const KZylNode*> pending;
+  for (int i = firstCopiedChild; i < destinationRoot.GetChildCount(); ++i) pending.push_back(destinationRoot.GetChild(i));
+  while (!pending.empty()) {
+    const KZylNode* node = pending.back();
+    pending.pop_back();
+    for (KZylCluster* cluster : ClustersOf(*node))
+      if (KZylNode* link = cluster->GetLink()) cluster->SetLink(CopyOf(copies, link));
+    for (int i = 0; i < node->GetChildCount(); ++i) pending.push_back(node->GetChild(i));
   }
 }
 
 }  // namespace
 
 bool KZylReaderCollada::CopyScene(KZylScene* destination, KZylScene* source) {
+  const int firstCopiedChild = destination->GetRootNode()->GetChildCount();
   if (!(mStatus = CopyNodeHierarchy(destination->GetRootNode(), source->GetRootNode()))) return false;
+  // The complete reading points the copies' clusters and poses at the copied nodes, exactly;
+  // the traditional reading re-links clusters by name and keeps the poses' nodes.
+  const NodeCopies copies =
+      mComplete ? MapCopies(*source->GetRootNode(), *destination->GetRootNode(), firstCopiedChild) : NodeCopies();
   // Every pose arrives as a bind pose, whatever it was.
   for (int i = 0; i < source->GetPoseCount(); ++i) {
     KZylPose* sourcePose = source->GetPose(i);
     KZylPose* pose = KZylPose::Create(mManager, sourcePose->GetName().Buffer());
     pose->SetIsBindPose(true);
-    CopyPose(pose, sourcePose);
+    if (mComplete) {
+      CopyPoseOfCopies(*pose, *sourcePose, copies);
+    } else {
+      CopyPose(pose, sourcePose);
+    }
     destination->AddPose(pose);
   }
-  UpdateLinkInHierarchy(destination, destination->GetRootNode());
+  if (mComplete) {
+    RetargetClusters(*destination->GetRootNode(), firstCopiedChild, copies);
+  } else {
+    UpdateLinkInHierarchy(destination, destination->GetRootNode());
+  }
   return mStatus = true;
 }
 

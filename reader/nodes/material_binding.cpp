@@ -1,15 +1,88 @@
 // Material binding: the geometry import leaves a placeholder material in each material slot of
 // a mesh, named after the slot's symbol; `bind_material` of the instance element says which
-// document material each symbol stands for.
+// document material each symbol stands for. The complete reading also places the bound
+// materials' textures on the mesh there.
+
+#include <unordered_map>
+#include <vector>
 
 #include "reader/dom/dom.h"
+#include "reader/dom/numbers.h"
 #include "reader/nodes/node_steps.h"
 
 namespace zylsdk {
 namespace {
 
+// The UV set that `bind_vertex_input` binds to a texture's `texcoord`; 0 when none does.
+int BoundUVSet(const xmlNode* instanceMaterial, const KString& texcoord) {
+  for (xmlNode* input = firstChildElement(instanceMaterial); input; input = nextSiblingElement(input)) {
+    if (!DAE_IsElement(input, "bind_vertex_input") || DAE_GetProperty(input, "semantic") != texcoord) continue;
+    const KString set = DAE_GetProperty(input, "input_set");
+    const char* cursor = set.Buffer();
+    return strtoint(&cursor);
+  }
+  return 0;
+}
+
+// A material bound to a slot of the mesh, through one `instance_material`.
+struct BoundMaterial {
+  const xmlNode* instanceMaterial;
+  KString materialId;
+  int slot;
+};
+
+// The texture element of `use`'s channel on the layer of the UV set the texture uses (layers
+// are numbered by UV set), or on layer 0 when that layer has no UVs; made when missing.
+KZylLayerElementTexture* TextureElementFor(const TextureUse& use, const xmlNode* instanceMaterial, KZylMesh& mesh) {
+  KZylLayer* layer = mesh.GetLayer(BoundUVSet(instanceMaterial, use.texcoord));
+  if (!layer || !layer->GetUVs()) layer = mesh.GetLayer(0);
+  if (!layer) return nullptr;
+  if (!layer->GetTextures(use.layerKind))
+    layer->SetTextures(use.layerKind, mesh.GetZylSdkManager()->CreateKZylLayerElementTexture(""));
+  KZylLayerElementTexture* element = layer->GetTextures(use.layerKind);
+  element->SetMappingMode(KZylLayerElement::eByPolygon);
+  element->SetReferenceMode(KZylLayerElement::eIndexToDirect);
+  const bool additive = use.texture->GetBlendMode() != KZylTexture::eNormal;
+  element->SetBlendMode(additive ? KZylLayerElementTexture::eAdditive : KZylLayerElementTexture::eTranslucent);
+  return element;
+}
+
+// The complete reading places the textures of the bound materials on the polygons of their
+// slots: each texture once in its element, and one index per polygon.
+void PlaceBoundTextures(const NodeImportContext& context, const std::vector<BoundMaterial>& bound, KZylMesh& mesh) {
+  struct Placement {
+    std::unordered_map<const KZylTexture*, int> positions;
+    std::unordered_map<int, int> positionOfSlot;
+  };
+  std::unordered_map<KZylLayerElementTexture*, Placement> placements;
+  for (const BoundMaterial& material : bound) {
+    auto effect = context.state.materialEffects.find(material.materialId);
+    if (effect == context.state.materialEffects.end()) continue;
+    auto textures = context.state.effectTextures.find(effect->second);
+    if (textures == context.state.effectTextures.end()) continue;
+    for (const TextureUse& use : *textures->second) {
+      KZylLayerElementTexture* element = TextureElementFor(use, material.instanceMaterial, mesh);
+      if (!element) continue;
+      Placement& placement = placements[element];
+      auto known = placement.positions.find(use.texture);
+      const int position = known != placement.positions.end() ? known->second : element->GetDirectArray().Add(use.texture);
+      placement.positions.emplace(use.texture, position);
+      placement.positionOfSlot[material.slot] = position;
+    }
+  }
+  for (auto& [element, placement] : placements) {
+    std::vector<int>& indices = element->GetIndexArray().Std();
+    indices.assign(static_cast<size_t>(mesh.GetPolygonCount()), -1);
+    for (int polygon = 0; polygon < mesh.GetPolygonCount(); ++polygon) {
+      auto position = placement.positionOfSlot.find(mesh.GetPolygonMaterial(polygon));
+      if (position != placement.positionOfSlot.end()) indices[static_cast<size_t>(polygon)] = position->second;
+    }
+  }
+}
+
 // Binds one `instance_material`: false after an error.
-bool BindMaterial(const NodeImportContext& context, xmlNode* instanceMaterial, const KZylNode& node, KZylMesh& mesh) {
+bool BindMaterial(const NodeImportContext& context, xmlNode* instanceMaterial, const KZylNode& node, KZylMesh& mesh,
+                  std::vector<BoundMaterial>& bound) {
   KZylReaderCollada& reader = context.reader;
   const KString symbol = DAE_GetProperty(instanceMaterial, "symbol");
   const KString target = DAE_GetProperty(instanceMaterial, "target");
@@ -32,12 +105,14 @@ bool BindMaterial(const NodeImportContext& context, xmlNode* instanceMaterial, c
   KArrayTemplate<KZylSurfaceMaterial*>& materials = element->GetDirectArray();
   reader.AddToMaterialSet(materials.RemoveAt(slot));
   materials.InsertAt(slot, context.state.materials.Get(found));
+  bound.push_back({instanceMaterial, target.Mid(1), slot});
   return true;
 }
 
 }  // namespace
 
 bool BindMaterials(const NodeImportContext& context, xmlNode* instance, const KZylNode& node, KZylMesh& mesh) {
+  std::vector<BoundMaterial> bound;
   for (xmlNode* binding = firstChildElement(instance); binding; binding = nextSiblingElement(binding)) {
     if (!DAE_IsElement(binding, "bind_material")) continue;
     xmlNode* technique = getTechniqueCommonNode(binding);
@@ -46,8 +121,9 @@ bool BindMaterials(const NodeImportContext& context, xmlNode* instance, const KZ
       return false;
     }
     for (xmlNode* child = firstChildElement(technique); child; child = nextSiblingElement(child))
-      if (DAE_IsElement(child, "instance_material") && !BindMaterial(context, child, node, mesh)) return false;
+      if (DAE_IsElement(child, "instance_material") && !BindMaterial(context, child, node, mesh, bound)) return false;
   }
+  if (context.reader.IsComplete()) PlaceBoundTextures(context, bound, mesh);
   return true;
 }
 

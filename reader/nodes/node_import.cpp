@@ -53,7 +53,7 @@ bool ImportInstance(const NodeImportContext& context, xmlNode* instance, xmlNode
       return false;
     }
     if (KZylNodeAttribute* attribute = attributes.Get(target)) reader.ImportNodeAttribute(nodeElement, node, attribute);
-    if (KZylMesh* mesh = MeshOf(node)) AttachController(context, *controller, node, *mesh);
+    if (KZylMesh* mesh = MeshOf(node)) AttachController(context, *controller, instance, node, *mesh);
   }
   KZylMesh* mesh = MeshOf(node);
   return !mesh || BindMaterials(context, instance, node, *mesh);
@@ -98,6 +98,8 @@ bool GiveDefaultAttribute(const NodeImportContext& context, xmlNode* nodeElement
   KZylSkeleton* skeleton = KZylSkeleton::Create(manager, "");
   node.SetNodeAttribute(skeleton);
   skeleton->SetSkeletonType(KZylSkeleton::eLimbNode);
+  // The complete reading links skins to their joints once the whole visual scene is built.
+  if (context.reader.IsComplete()) return true;
   if (!RetargetClustersToJoint(context, node, id)) return false;
   RetargetBindPosesToJoint(context, node);
   return true;
@@ -106,6 +108,7 @@ bool GiveDefaultAttribute(const NodeImportContext& context, xmlNode* nodeElement
 }  // namespace
 
 bool KZylReaderCollada::ImportNode(xmlNode* nodeElement, KZylNode& node, KString id) {
+  if (mComplete) mState->nodeOfElement.emplace(nodeElement, &node);
   if (!(mStatus = ImportTransforms(nodeElement, &node))) return false;
   const NodeImportContext context{*this, *mState, mStatus};
   for (xmlNode* child = firstChildElement(nodeElement); child; child = nextSiblingElement(child)) {

@@ -25,8 +25,9 @@ bool BindMaterials(const NodeImportContext& context, xmlNode* instance, const KZ
 
 // Gives the mesh of a node that instances a controller its own copy of the controller's skin
 // (clusters and bind pose) and its morph targets as shapes.
-void AttachController(const NodeImportContext& context, const ControllerRecord& controller, KZylNode& node,
-                      KZylMesh& mesh);
+// `instance` is the instance_controller element.
+void AttachController(const NodeImportContext& context, const ControllerRecord& controller, const xmlNode* instance,
+                      KZylNode& node, KZylMesh& mesh);
 
 // A node of type JOINT replaces the placeholder link named `id` of every cluster of the read;
 // false ("link has two joints") when such a link is already a node with an attribute.

@@ -31,14 +31,14 @@ TempFile::TempFile(const std::string& contents, const std::string& suffix) {
 
 TempFile::~TempFile() { std::remove(mPath.c_str()); }
 
-zyldae::ReadResult ReadText(const std::string& document) {
+zyldae::ReadResult ReadText(const std::string& document, const zyldae::ReadSettings& settings) {
   TempFile file(document);
-  return zyldae::ReadDocument(file.Path().c_str());
+  return zyldae::ReadDocument(file.Path().c_str(), settings);
 }
 
-zyldae::Json DumpText(const std::string& document, bool brief) {
+zyldae::Json DumpText(const std::string& document, bool brief, const zyldae::ReadSettings& settings) {
   TempFile file(document);
-  zyldae::ReadResult read = zyldae::ReadDocument(file.Path().c_str());
+  zyldae::ReadResult read = zyldae::ReadDocument(file.Path().c_str(), settings);
   // Written and parsed back, so that tests see exactly what the tool writes.
   std::ostringstream text;
   zyldae::WriteJson(text, zyldae::DumpRead(read, "document.dae", brief));

@@ -27,9 +27,15 @@ class TempFile {
 };
 
 // Reads a document given as text, through the manager and the reader as an application would.
-zyldae::ReadResult ReadText(const std::string& document);
+zyldae::ReadResult ReadText(const std::string& document, const zyldae::ReadSettings& settings = {});
 // The dump of such a read.
-zyldae::Json DumpText(const std::string& document, bool brief = false);
+zyldae::Json DumpText(const std::string& document, bool brief = false, const zyldae::ReadSettings& settings = {});
+// The settings of the complete reading.
+inline zyldae::ReadSettings Complete() {
+  zyldae::ReadSettings settings;
+  settings.complete = true;
+  return settings;
+}
 
 // The notification texts of a read, in order.
 std::vector<std::string> Messages(const zyldae::ReadResult& read);
