@@ -1,6 +1,10 @@
 // The document's `asset`: axis system, unit and document information.
 
-#include <charconv>
+#include <locale.h>
+#include <stdlib.h>
+
+#include <cerrno>
+#include <cmath>
 #include <cstring>
 
 #include "reader/collada_reader.h"
@@ -12,15 +16,19 @@ namespace {
 // The smallest accepted metre factor: 1e-4 as a single-precision number.
 constexpr double kSmallestMeter = 9.999999747378752e-05;
 
-// Reads a leading number like scanf's "%lf" (white space first), in the C locale; `value` is
-// left untouched when the text does not start with a number.
+// Reads a leading number as scanf's "%lf" does (white space first, hexadecimal forms, a value
+// too small to represent read as 0 or as the nearest subnormal), in the C locale whatever the
+// process locale is. `value` is left untouched when the text does not start with a number, and
+// when the number is too large: an infinite unit would spoil every distance.
 void ScanDouble(const KString& text, double& value) {
-  const char* p = text.Buffer();
-  while (*p == ' ' || *p == '\t' || *p == '\n' || *p == '\r') ++p;
-  if (*p == '+' && p[1] != '-') ++p;
-  double parsed;
-  std::from_chars_result result = std::from_chars(p, p + std::strlen(p), parsed, std::chars_format::general);
-  if (result.ec == std::errc()) value = parsed;
+  static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(0));
+  const char* start = text.Buffer();
+  char* end = nullptr;
+  errno = 0;
+  const double parsed = strtod_l(start, &end, cLocale);
+  if (end == start) return;
+  if (errno == ERANGE && std::fabs(parsed) > 1.0) return;
+  value = parsed;
 }
 
 }  // namespace

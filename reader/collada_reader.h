@@ -27,6 +27,7 @@
 #include <memory>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "kit/zylsdk.h"
@@ -95,6 +96,11 @@ class KZylReaderCollada : public KZylReader {
 
   // ---------------------------------------------------------------- document walk
   bool ReadCollada(KZylScene& scene, xmlNode* root);
+  // The complete reading's walk: the asset wherever it stands (defaults without one), then the
+  // libraries in the order their references need, the first scene last; unknown elements warn.
+  bool ReadAnyStructure(KZylScene& scene, xmlNode* root, KZylSceneInfo*& sceneInfo);
+  // The complete reading skips an element it does not know, with one warning per element name.
+  void SkipUnknownElement(const char* name);
   bool CheckColladaVersion();
   bool ImportAsset(xmlNode* asset, KZylScene& scene, KZylSceneInfo& sceneInfo);
   bool ImportLibrary(KZylScene& scene, xmlNode* library);
@@ -207,6 +213,10 @@ class KZylReaderCollada : public KZylReader {
     // made for each node element of that visual scene, the skins its nodes received, and where
     // its bind poses start in the bind pose array.
     std::unordered_map<const xmlNode*, KZylNode*> nodeOfElement;
+    // The node elements being read (an instance_node naming one of them is a cycle), and how
+    // many nodes the complete reading has read.
+    std::unordered_set<const xmlNode*> openNodeElements;
+    int64_t nodesRead = 0;
     std::vector<SkinInstance> skinInstances;
     int firstBindPoseOfScene = 0;
     // Clusters made by this read, in creation order (joint re-targeting looks at these).

@@ -1,6 +1,8 @@
 // The walk over the top level of a document, and the version check.
 
+#include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "reader/collada_reader.h"
 #include "reader/dom/dom.h"
@@ -38,7 +40,9 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
   mState->elementsById.SetRoot(root);
 
   KZylSceneInfo* sceneInfo = nullptr;
-  if (xmlNode* asset = firstChildElement(root)) {
+  if (mComplete) {
+    if (!ReadAnyStructure(scene, root, sceneInfo)) return false;
+  } else if (xmlNode* asset = firstChildElement(root)) {
     if (!DAE_IsElement(asset, "asset")) {
       AddNotificationError(KString("<asset> node not found, at node: <") + DAE_GetName(asset) + ">");
       return false;
@@ -96,6 +100,76 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
   if (sceneInfo) scene.SetSceneInfo(sceneInfo);
   ConnectMeshMaterials(scene);
   return true;
+}
+
+namespace {
+
+// The order in which the complete reading imports the top-level elements: what an element
+// refers to comes before it, whatever the document's order.
+int ImportRank(const xmlNode* element) {
+  static const char* const kOrder[][2] = {
+      {"library_images", "IMAGE"},          {"library_effects", ""},        {"library_materials", "MATERIAL"},
+      {"library_geometries", "GEOMETRY"},   {"library_controllers", "CONTROLLER"},
+      {"library_cameras", "CAMERA"},        {"library_lights", "LIGHT"},    {"library_animations", "ANIMATION"},
+      {"library_visual_scenes", ""},        {"scene", ""}};
+  const int count = static_cast<int>(sizeof(kOrder) / sizeof(kOrder[0]));
+  const KString type = DAE_IsElement(element, "library") ? DAE_GetProperty(element, "type") : KString();
+  for (int rank = 0; rank < count; ++rank)
+    if (DAE_IsElement(element, kOrder[rank][0]) || (!type.IsEmpty() && type == kOrder[rank][1])) return rank;
+  // Anything else (unsupported libraries, unknown elements) only warns: read it first.
+  return -1;
+}
+
+}  // namespace
+
+bool KZylReaderCollada::ReadAnyStructure(KZylScene& scene, xmlNode* root, KZylSceneInfo*& sceneInfo) {
+  std::vector<xmlNode*> elements;
+  xmlNode* asset = nullptr;
+  for (xmlNode* element = firstChildElement(root); element; element = nextSiblingElement(element)) {
+    if (!DAE_IsElement(element, "asset")) {
+      elements.push_back(element);
+    } else if (!asset) {
+      asset = element;
+      if (element != firstChildElement(root)) AddNotificationWarning("<asset> is not the first element: read where it stands");
+    }
+  }
+  if (asset) {
+    sceneInfo = KZylSceneInfo::Create(mManager, "");
+    if (!(mStatus = ImportAsset(asset, scene, *sceneInfo))) return false;
+  } else if (!elements.empty()) {
+    AddNotificationWarning("the document has no <asset>: default axis system and unit");
+  }
+
+  std::stable_sort(elements.begin(), elements.end(),
+                   [](const xmlNode* a, const xmlNode* b) { return ImportRank(a) < ImportRank(b); });
+  bool sceneRead = false;
+  for (xmlNode* element : elements) {
+    const char* name = DAE_GetName(element);
+    if (std::strcmp(name, "scene") == 0) {
+      // The first scene counts.
+      if (sceneRead) continue;
+      sceneRead = true;
+      mSceneElement = element;
+      if (!(mStatus = ImportScene(scene, element))) return false;
+    } else if (std::strcmp(name, "library") == 0) {
+      WarnOnce(name, KString("structure ") + name + " is deprecated in Collada 1.4.");
+      if (!(mStatus = ImportLibrary(scene, element))) return false;
+    } else if (std::strcmp(name, "library_nodes") == 0) {
+      // Read where instance_node elements name its nodes.
+    } else if (IsOneOf(name, {"library_physics_materials", "library_physics_models", "library_physics_scenes",
+                              "library_force_fields", "library_animation_clips"})) {
+      WarnOnce(name, KString("library type not supported: ") + name);
+    } else if (ImportRank(element) >= 0) {
+      if (!(mStatus = ImportLibrary(scene, element))) return false;
+    } else {
+      AddNotificationWarning(KString("unknown structure in the main structure: <") + name + ">");
+    }
+  }
+  return true;
+}
+
+void KZylReaderCollada::SkipUnknownElement(const char* name) {
+  WarnOnce(KString("unknown <") + name + ">", KString("unknown element <") + name + "> skipped");
 }
 
 void KZylReaderCollada::ConnectMeshMaterials(KZylScene& scene) {

@@ -62,6 +62,9 @@ bool KZylReaderCollada::ImportLibrary(KZylScene& scene, xmlNode* library) {
              name == "library_physics_scenes") {
     WarnOnce(name, "library type not supported: " + name);
     return true;
+  } else if (mComplete) {
+    SkipUnknownElement(name.Buffer());
+    return true;
   } else {
     AddNotificationError("Unrecognized library element: " + name);
     return false;

@@ -44,6 +44,8 @@ bool KZylReaderCollada::ImportVisualScene(xmlNode* visualScene) {
       AddNotificationWarning(KString("Extra node is not supported in node ") + DAE_GetName(visualScene));
     } else if (std::strcmp(name, "boundingbox") == 0) {
       WarnOnce("boundingbox", "Bounding boxes are not supported");
+    } else if (mComplete) {
+      SkipUnknownElement(name);
     } else {
       AddNotificationError(KString("structure ") + name + " unknown");
       return false;
@@ -72,6 +74,8 @@ bool KZylReaderCollada::ImportScene(KZylScene& scene, xmlNode* sceneElement) {
       if (!(mStatus = CopyScene(&scene, visualScene))) return false;
     } else if (std::strcmp(name, "instance_physics_scene") == 0) {
       AddNotificationWarning(KString("structure ") + name + " is not supported.");
+    } else if (mComplete) {
+      SkipUnknownElement(name);
     } else {
       AddNotificationError(KString("structure ") + name + " unknown");
       return false;

@@ -2,12 +2,18 @@
 // and its subtree. Hierarchies can be deep, so the recursive ImportNode keeps only a few
 // locals; the work of each child is done in helpers that return before the recursion.
 
+#include <vector>
+
 #include "reader/collada_reader.h"
 #include "reader/dom/dom.h"
 #include "reader/nodes/node_steps.h"
 
 namespace zylsdk {
 namespace {
+
+// Nodes that instance_node may make in one read, all together: past it, a document of nested
+// instances could ask for more nodes than memory holds.
+constexpr int kInstancedNodeLimit = 1000000;
 
 enum class ChildKind { kBoundingBox, kInstance, kNode, kReadElsewhere, kUnknown };
 
@@ -17,8 +23,8 @@ ChildKind KindOf(const xmlNode* child) {
   if (is("instance") || is("instance_geometry") || is("instance_camera") || is("instance_light") ||
       is("instance_controller"))
     return ChildKind::kInstance;
-  // An instance_node is walked like an inline node (its url is not followed); the transform
-  // import refuses it before, though.
+  // The traditional reading walks an instance_node like an inline node (its url is not
+  // followed; the transform import refuses it before, though); the complete reading follows it.
   if (is("node") || is("instance_node")) return ChildKind::kNode;
   // Transform elements, read by the transform import. "perspective" is not among them.
   if (is("lookat") || is("matrix") || is("rotate") || is("scale") || is("skew") || is("translate") || is("extra"))
@@ -29,6 +35,29 @@ ChildKind KindOf(const xmlNode* child) {
 KZylMesh* MeshOf(const KZylNode& node) {
   KZylNodeAttribute* attribute = node.GetNodeAttribute();
   return attribute && attribute->Is(KZylMesh::ClassId) ? static_cast<KZylMesh*>(attribute) : nullptr;
+}
+
+// The id a controller's source names: the source less its first character (the "#" of a local
+// reference); the complete reading also takes a source written without "#".
+KString GeometryIdOf(const NodeImportContext& context, const ControllerRecord& controller) {
+  const bool local = controller.source.Find('#') == 0;
+  return context.reader.IsComplete() && !local ? controller.source : controller.source.Mid(1);
+}
+
+// The controller, then, in the complete reading, the controllers its source names in turn (a
+// skin of a morph), up to the one whose source is a geometry. A loop ends the chain.
+std::vector<const ControllerRecord*> ControllerChain(const NodeImportContext& context,
+                                                     const ControllerRecord& controller) {
+  std::vector<const ControllerRecord*> chain(1, &controller);
+  if (!context.reader.IsComplete()) return chain;
+  while (chain.size() <= static_cast<size_t>(context.state.controllers.GetCount())) {
+    const KString source = GeometryIdOf(context, *chain.back());
+    if (context.state.nodeAttributes.Find(source) >= 0) break;
+    const ControllerRecord* next = context.state.controllers.Lookup(source);
+    if (!next) break;
+    chain.push_back(next);
+  }
+  return chain;
 }
 
 // Gives the node the attribute that one instance element names (a library object, or the
@@ -47,40 +76,96 @@ bool ImportInstance(const NodeImportContext& context, xmlNode* instance, xmlNode
       reader.AddNotificationError("Library not found: " + DAE_GetProperty(instance, "url"));
       return false;
     }
-    const int target = attributes.Find(controller->source.Mid(1));
+    const std::vector<const ControllerRecord*> chain = ControllerChain(context, *controller);
+    const int target = attributes.Find(GeometryIdOf(context, *chain.back()));
     if (target < 0) {
       reader.AddNotificationError("Library not found for controller target: " + controller->source);
       return false;
     }
     if (KZylNodeAttribute* attribute = attributes.Get(target)) reader.ImportNodeAttribute(nodeElement, node, attribute);
-    if (KZylMesh* mesh = MeshOf(node)) AttachController(context, *controller, instance, node, *mesh);
+    if (KZylMesh* mesh = MeshOf(node))
+      for (const ControllerRecord* link : chain) AttachController(context, *link, instance, node, *mesh);
   }
   KZylMesh* mesh = MeshOf(node);
   return !mesh || BindMaterials(context, instance, node, *mesh);
 }
 
-// Handles one child element of a node. A child node to import is returned in `childNode`
-// (null when there is none, or when the child is a default view, dropped with its subtree).
-bool ImportNodeChild(const NodeImportContext& context, xmlNode* child, xmlNode* nodeElement, KZylNode& node,
-                     KZylNode*& childNode) {
+// A child node to import: the kit node and the element it is read from.
+struct ChildToImport {
+  KZylNode* node = nullptr;
+  xmlNode* element = nullptr;
+};
+
+// The complete reading's extra instances: a node that already has its attribute gets each further
+// instance on a child node of its own, named after the node and a number.
+bool ImportExtraInstance(const NodeImportContext& context, xmlNode* instance, xmlNode* nodeElement, KZylNode& node,
+                         int& extraInstances) {
+  KZylNode* holder = KZylNode::Create(context.reader.GetZylSdkManager(), (node.GetName() + ++extraInstances).Buffer());
+  if (!ImportInstance(context, instance, nodeElement, *holder)) return false;
+  if (!holder->GetNodeAttribute()) holder->SetNodeAttribute(KZylNull::Create(context.reader.GetZylSdkManager(), ""));
+  node.AddChild(holder);
+  return true;
+}
+
+// The node an instance_node names, for the complete reading: a node of this document, found by
+// id anywhere in it; null (with a warning) for a node of another document, a missing node, a
+// node being read (a cycle), or past the limit of nodes instancing may make.
+xmlNode* InstancedNode(const NodeImportContext& context, const xmlNode* instance) {
   KZylReaderCollada& reader = context.reader;
-  const char* name = DAE_GetName(child);
-  switch (KindOf(child)) {
+  const KString url = DAE_GetProperty(instance, "url");
+  if (url.Find('#') != 0) {
+    reader.WarnOnce("instance_node " + url, "instance_node of another document not followed: " + url);
+    return nullptr;
+  }
+  xmlNode* target = context.state.elementsById.Find(url.Mid(1), "node");
+  if (!target) {
+    reader.WarnOnce("instance_node " + url, "instance_node target not found: " + url);
+    return nullptr;
+  }
+  if (context.state.openNodeElements.count(target)) {
+    reader.WarnOnce("instance_node cycle " + url, "instance_node cycle through " + url + " not followed");
+    return nullptr;
+  }
+  if (context.state.nodesRead > kInstancedNodeLimit) {
+    reader.WarnOnce("instance_node limit", KString("instance_node not followed: the scene would exceed ") +
+                                               kInstancedNodeLimit + " nodes");
+    return nullptr;
+  }
+  return target;
+}
+
+// Handles one child element of a node. A child node to import is returned in `child` (none
+// when there is none, or when the child is a default view, dropped with its subtree).
+bool ImportNodeChild(const NodeImportContext& context, xmlNode* element, xmlNode* nodeElement, KZylNode& node,
+                     ChildToImport& child, int& extraInstances) {
+  KZylReaderCollada& reader = context.reader;
+  const bool complete = reader.IsComplete();
+  const char* name = DAE_GetName(element);
+  switch (KindOf(element)) {
     case ChildKind::kBoundingBox:
       reader.WarnOnce("boundingbox", "Bounding boxes are not supported");
       return true;
     case ChildKind::kInstance:
-      return ImportInstance(context, child, nodeElement, node);
+      if (complete && node.GetNodeAttribute())
+        return ImportExtraInstance(context, element, nodeElement, node, extraInstances);
+      return ImportInstance(context, element, nodeElement, node);
     case ChildKind::kNode: {
-      const KString id = DAE_GetProperty(child, "id");
+      // The complete reading follows an instance_node to the node it names.
+      child.element = complete && DAE_IsElement(element, "instance_node") ? InstancedNode(context, element) : element;
+      if (!child.element) return true;
+      const KString id = DAE_GetProperty(child.element, "id");
       // Nested default views go without a word; only top-level ones are reported.
-      if (!IsDefaultViewCamera(id)) childNode = KZylNode::Create(reader.GetZylSdkManager(), id.Buffer());
+      if (!IsDefaultViewCamera(id)) child.node = KZylNode::Create(reader.GetZylSdkManager(), id.Buffer());
       return true;
     }
     case ChildKind::kReadElsewhere:
       return true;
     case ChildKind::kUnknown:
       break;
+  }
+  if (complete) {
+    reader.SkipUnknownElement(name);
+    return true;
   }
   reader.AddNotificationError(KString("structure ") + name + " unknown");
   return false;
@@ -108,17 +193,24 @@ bool GiveDefaultAttribute(const NodeImportContext& context, xmlNode* nodeElement
 }  // namespace
 
 bool KZylReaderCollada::ImportNode(xmlNode* nodeElement, KZylNode& node, KString id) {
-  if (mComplete) mState->nodeOfElement.emplace(nodeElement, &node);
+  if (mComplete) {
+    // The first node made of an element stands for it when joints are looked up.
+    mState->nodeOfElement.emplace(nodeElement, &node);
+    mState->openNodeElements.insert(nodeElement);
+    ++mState->nodesRead;
+  }
   if (!(mStatus = ImportTransforms(nodeElement, &node))) return false;
   const NodeImportContext context{*this, *mState, mStatus};
-  for (xmlNode* child = firstChildElement(nodeElement); child; child = nextSiblingElement(child)) {
-    KZylNode* childNode = nullptr;
-    if (!ImportNodeChild(context, child, nodeElement, node, childNode)) return false;
-    if (!childNode) continue;
+  int extraInstances = 0;
+  for (xmlNode* element = firstChildElement(nodeElement); element; element = nextSiblingElement(element)) {
+    ChildToImport child;
+    if (!ImportNodeChild(context, element, nodeElement, node, child, extraInstances)) return false;
+    if (!child.node) continue;
     // Child nodes are named after their id.
-    if (!(mStatus = ImportNode(child, *childNode, childNode->GetName()))) return false;
-    node.AddChild(childNode);
+    if (!(mStatus = ImportNode(child.element, *child.node, child.node->GetName()))) return false;
+    node.AddChild(child.node);
   }
+  if (mComplete) mState->openNodeElements.erase(nodeElement);
   return GiveDefaultAttribute(context, nodeElement, node, id);
 }
 

@@ -144,6 +144,9 @@ bool KZylReaderCollada::ImportTransforms(xmlNode* nodeElement, KZylNode* node) {
                DAE_IsElement(child, "instance_light") || DAE_IsElement(child, "instance_controller") || DAE_IsElement(child, "boundingbox") ||
                DAE_IsElement(child, "node") || DAE_IsElement(child, "lookat")) {
       // Read by the node import and the camera attribute.
+    } else if (mComplete) {
+      // instance_node is read by the node import; anything else is skipped.
+      if (!DAE_IsElement(child, "instance_node")) SkipUnknownElement(name);
     } else {
       AddNotificationError(KString("structure ") + name + " unknown\n");
       return false;

@@ -70,6 +70,26 @@ TEST_F(AssetTest, MeterIsReadLikeScanf) {
   EXPECT_TRUE(Messages().empty());
 }
 
+TEST_F(AssetTest, MeterReadsHexadecimalFormsAsScanfDoes) {
+  Import("<unit meter=\"0x10\"/>");
+  EXPECT_DOUBLE_EQ(Unit(), 1600.0);
+  Import("<unit meter=\"0x1p-2\"/>");
+  EXPECT_DOUBLE_EQ(Unit(), 25.0);
+  EXPECT_TRUE(Messages().empty());
+}
+
+TEST_F(AssetTest, AMeterThatUnderflowsIsTooSmall) {
+  Import("<unit meter=\"1e-400\"/>");
+  EXPECT_DOUBLE_EQ(Unit(), 100.0);
+  EXPECT_EQ(Messages(), std::vector<std::string>({TooSmall("1e-400")}));
+}
+
+TEST_F(AssetTest, AMeterTooLargeToRepresentLeavesOneMetre) {
+  Import("<unit meter=\"1e999\"/>");
+  EXPECT_DOUBLE_EQ(Unit(), 100.0);
+  EXPECT_TRUE(Messages().empty());
+}
+
 TEST_F(AssetTest, AUnitWithoutANumberIsOneMetre) {
   Import("<unit/>");
   EXPECT_DOUBLE_EQ(Unit(), 100.0);
