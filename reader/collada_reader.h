@@ -21,7 +21,7 @@
 // application only needs the KZylReader interface. Every import step returns true on success
 // and also stores its result in the reader's status.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <cstdio>
 #include <memory>
@@ -95,30 +95,30 @@ class KZylReaderCollada : public KZylReader {
   static void SplitReferenceTarget(const KString& target, KString& id, KString& path, KString& member);
 
   // ---------------------------------------------------------------- document walk
-  bool ReadCollada(KZylScene& scene, xmlNode* root);
+  bool ReadCollada(KZylScene& scene, DaeElement* root);
   // The complete reading's walk: the asset wherever it stands (defaults without one), then the
   // libraries in the order their references need, the first scene last; unknown elements warn.
-  bool ReadAnyStructure(KZylScene& scene, xmlNode* root, KZylSceneInfo*& sceneInfo);
+  bool ReadAnyStructure(KZylScene& scene, DaeElement* root, KZylSceneInfo*& sceneInfo);
   // The complete reading skips an element it does not know, with one warning per element name.
   void SkipUnknownElement(const char* name);
   bool CheckColladaVersion();
-  bool ImportAsset(xmlNode* asset, KZylScene& scene, KZylSceneInfo& sceneInfo);
-  bool ImportLibrary(KZylScene& scene, xmlNode* library);
-  bool ImportVisualScene(xmlNode* visualScene);
-  bool ImportScene(KZylScene& scene, xmlNode* sceneElement);
+  bool ImportAsset(DaeElement* asset, KZylScene& scene, KZylSceneInfo& sceneInfo);
+  bool ImportLibrary(KZylScene& scene, DaeElement* library);
+  bool ImportVisualScene(DaeElement* visualScene);
+  bool ImportScene(KZylScene& scene, DaeElement* sceneElement);
   bool IsNodeExportable(const KString& id);
 
   // ---------------------------------------------------------------- nodes
-  bool ImportNode(xmlNode* nodeElement, KZylNode& node, KString id);
-  bool ImportTransforms(xmlNode* nodeElement, KZylNode* node);
-  KZylVector4& ImportRotation(xmlNode* rotate, KZylNode* node, int& axis, KZylVector4& rotation);
+  bool ImportNode(DaeElement* nodeElement, KZylNode& node, KString id);
+  bool ImportTransforms(DaeElement* nodeElement, KZylNode* node);
+  KZylVector4& ImportRotation(DaeElement* rotate, KZylNode* node, int& axis, KZylVector4& rotation);
   static ERotationOrder ExtrapolateRotationOrder(int positions[3], int count);
   // Sets a node's default transform from a global matrix (SetGlobalState on a node without
   // parent).
   void SetMatrix(KZylNode* node, const KZylXMatrix* matrix);
-  bool ImportNodeAttribute(xmlNode* nodeElement, KZylNode& node, KZylNodeAttribute* attribute);
-  KArrayTemplate<KZylNode*> FindInstances(xmlNode* element, KZylNode* root, KString url);
-  bool ImportLookAt(xmlNode* nodeElement, KZylVector4& position, KZylVector4& interest, KZylVector4& up,
+  bool ImportNodeAttribute(DaeElement* nodeElement, KZylNode& node, KZylNodeAttribute* attribute);
+  KArrayTemplate<KZylNode*> FindInstances(DaeElement* element, KZylNode* root, KString url);
+  bool ImportLookAt(DaeElement* nodeElement, KZylVector4& position, KZylVector4& interest, KZylVector4& up,
                     KZylXMatrix& matrix);
   // Registers the animatable value `sid` of the object named `owner` under "<owner>/<sid>",
   // once for each axis from `firstAxis` to `lastAxis`. Nothing is recorded for a document
@@ -151,38 +151,38 @@ class KZylReaderCollada : public KZylReader {
   KZylCluster* CreateCluster();
 
   // ---------------------------------------------------------------- geometry and controllers
-  bool ImportGeometry(xmlNode* geometry);
+  bool ImportGeometry(DaeElement* geometry);
   // The complete reading of a geometry: its mesh or convex mesh (a convex hull reads the mesh
   // of the geometry it names), other kinds skipped with a warning; never fails for its kind.
-  bool ImportAnyGeometry(xmlNode* geometry);
+  bool ImportAnyGeometry(DaeElement* geometry);
   // The mesh element a geometry's mesh is read from; null when it has none.
-  xmlNode* MeshElementOf(xmlNode* geometry);
+  DaeElement* MeshElementOf(DaeElement* geometry);
   // Texture coordinates of `vertices`, one per control point, into layer 0.
   void SetControlPointUVs(KZylGeometry& geometry, const KArrayTemplate<KZylVector2>& uvs);
-  bool ImportMesh(xmlNode* meshElement, KZylMesh* mesh);
-  bool ImportVertices(xmlNode* meshElement, KZylGeometry* geometry);
-  bool ImportPolygons(xmlNode* meshElement, KZylMesh& mesh);
+  bool ImportMesh(DaeElement* meshElement, KZylMesh* mesh);
+  bool ImportVertices(DaeElement* meshElement, KZylGeometry* geometry);
+  bool ImportPolygons(DaeElement* meshElement, KZylMesh& mesh);
   // The primitive elements of a mesh that become polygons, in the order of the mesh's polygons;
   // the complete reading warns once about line primitives, which the kit cannot hold.
-  KArrayTemplate<xmlNode*> PrimitiveElements(xmlNode* meshElement);
-  bool ImportController(xmlNode* controller);
-  bool ImportVertexWeightsInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters);
-  bool ImportLinkMatricesInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters);
-  bool ImportTargetsInController(xmlNode* morph, KArrayTemplate<KString>& targets, KString& weightSource,
+  KArrayTemplate<DaeElement*> PrimitiveElements(DaeElement* meshElement);
+  bool ImportController(DaeElement* controller);
+  bool ImportVertexWeightsInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters);
+  bool ImportLinkMatricesInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters);
+  bool ImportTargetsInController(DaeElement* morph, KArrayTemplate<KString>& targets, KString& weightSource,
                                  KArrayTemplate<double>& weights);
   bool ConnectShapes(KZylGeometry* geometry, KString name, const KArrayTemplate<KString>& targets, KString key,
                      const KArrayTemplate<double>& weights);
 
   // ---------------------------------------------------------------- materials and textures
-  bool ImportEffect(xmlNode* effect);
-  bool ImportMaterial(xmlNode* material);
-  bool ImportImage(xmlNode* image);
-  bool ImportTexture(xmlNode* texture, KString effectId, KZylLayerElement::ELayerElementType layerKind);
+  bool ImportEffect(DaeElement* effect);
+  bool ImportMaterial(DaeElement* material);
+  bool ImportImage(DaeElement* image);
+  bool ImportTexture(DaeElement* texture, KString effectId, KZylLayerElement::ELayerElementType layerKind);
 
   // ---------------------------------------------------------------- animation, cameras, lights
-  bool ImportAnimation(xmlNode* animation, KZylScene& scene);
-  bool ImportCamera(xmlNode* camera);
-  bool ImportLight(KZylScene& scene, xmlNode* light);
+  bool ImportAnimation(DaeElement* animation, KZylScene& scene);
+  bool ImportCamera(DaeElement* camera);
+  bool ImportLight(KZylScene& scene, DaeElement* light);
 
   // ---------------------------------------------------------------- state, for inspection
   // Everything the reader registers while it reads one document. Read starts each document
@@ -202,7 +202,7 @@ class KZylReaderCollada : public KZylReader {
     // in the document.
     ElementIndex elementsById;
     IdList<ControllerRecord> controllers;
-    IdList<xmlNode> animations;
+    IdList<DaeElement> animations;
     IdList<ChannelRecord> animationTargets;
     // False for a document without animations: no channel can then look a target up, so none
     // is recorded.
@@ -212,10 +212,10 @@ class KZylReaderCollada : public KZylReader {
     // The complete reading links skins to their joints once a visual scene is built: the node
     // made for each node element of that visual scene, the skins its nodes received, and where
     // its bind poses start in the bind pose array.
-    std::unordered_map<const xmlNode*, KZylNode*> nodeOfElement;
+    std::unordered_map<const DaeElement*, KZylNode*> nodeOfElement;
     // The node elements being read (an instance_node naming one of them is a cycle), and how
     // many nodes the complete reading has read.
-    std::unordered_set<const xmlNode*> openNodeElements;
+    std::unordered_set<const DaeElement*> openNodeElements;
     int64_t nodesRead = 0;
     std::vector<SkinInstance> skinInstances;
     int firstBindPoseOfScene = 0;
@@ -258,8 +258,8 @@ class KZylReaderCollada : public KZylReader {
   KStringList mReportedFeatures;
   KNumberRenamingStrategy mRenamingStrategy;
   XmlDocumentPtr mDocument;
-  xmlNode* mSceneElement = nullptr;
-  xmlNode* mVisualSceneElement = nullptr;
+  DaeElement* mSceneElement = nullptr;
+  DaeElement* mVisualSceneElement = nullptr;
   std::unique_ptr<DocumentState> mState;
   KSet2<KZylSurfaceMaterial*> mMaterialSet;
   std::unordered_map<const KZylSurfaceMaterial*, uint64_t> mMaterialSetIds;  // to spot destroyed ones

@@ -21,8 +21,8 @@ bool IsOneOf(const char* name, std::initializer_list<const char*> names) {
 }
 
 // True when the document has a library of animations, in either form.
-bool HasAnimationLibrary(xmlNode* root) {
-  for (xmlNode* element = firstChildElement(root); element; element = nextSiblingElement(element))
+bool HasAnimationLibrary(DaeElement* root) {
+  for (DaeElement* element = firstChildElement(root); element; element = nextSiblingElement(element))
     if (DAE_IsElement(element, "library_animations") ||
         (DAE_IsElement(element, "library") && DAE_GetProperty(element, "type") == "ANIMATION"))
       return true;
@@ -31,7 +31,7 @@ bool HasAnimationLibrary(xmlNode* root) {
 
 }  // namespace
 
-bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
+bool KZylReaderCollada::ReadCollada(KZylScene& scene, DaeElement* root) {
   if (!DAE_IsElement(root, "COLLADA")) return false;
   mColladaVersion = DAE_GetProperty(root, "version");
   if (!(mStatus = CheckColladaVersion())) return false;
@@ -42,7 +42,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
   KZylSceneInfo* sceneInfo = nullptr;
   if (mComplete) {
     if (!ReadAnyStructure(scene, root, sceneInfo)) return false;
-  } else if (xmlNode* asset = firstChildElement(root)) {
+  } else if (DaeElement* asset = firstChildElement(root)) {
     if (!DAE_IsElement(asset, "asset")) {
       AddNotificationError(KString("<asset> node not found, at node: <") + DAE_GetName(asset) + ">");
       return false;
@@ -50,7 +50,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
     sceneInfo = KZylSceneInfo::Create(mManager, "");
     if (!(mStatus = ImportAsset(asset, scene, *sceneInfo))) return false;
 
-    for (xmlNode* element = nextSiblingElement(asset); element; element = nextSiblingElement(element)) {
+    for (DaeElement* element = nextSiblingElement(asset); element; element = nextSiblingElement(element)) {
       const char* name = DAE_GetName(element);
       if (IsOneOf(name, {"library_animations", "library_cameras", "library_controllers", "library_geometries",
                          "library_lights", "library_visual_scenes"})) {
@@ -67,9 +67,9 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
                                  " This library will not be read.");
       } else if (std::strcmp(name, "library_materials") == 0) {
         // Images, then effects, then materials: each needs the one before.
-        if (xmlNode* images = findChildByType(root, "library_images"))
+        if (DaeElement* images = findChildByType(root, "library_images"))
           if (!(mStatus = ImportLibrary(scene, images))) return false;
-        xmlNode* effects = findChildByType(root, "library_effects");
+        DaeElement* effects = findChildByType(root, "library_effects");
         if (!effects) return false;
         if (!(mStatus = ImportLibrary(scene, effects))) return false;
         if (!(mStatus = ImportLibrary(scene, element))) return false;
@@ -82,7 +82,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
       } else if (std::strcmp(name, "scene") == 0) {
         mSceneElement = element;
         if (!(mStatus = ImportScene(scene, element))) return false;
-        if (xmlNode* extra = nextSiblingElement(element)) {
+        if (DaeElement* extra = nextSiblingElement(element)) {
           AddNotificationError(KString("extra structure at the end of the main structure: <") + DAE_GetName(extra) + ">");
           return false;
         }
@@ -106,7 +106,7 @@ namespace {
 
 // The order in which the complete reading imports the top-level elements: what an element
 // refers to comes before it, whatever the document's order.
-int ImportRank(const xmlNode* element) {
+int ImportRank(const DaeElement* element) {
   static const char* const kOrder[][2] = {
       {"library_images", "IMAGE"},          {"library_effects", ""},        {"library_materials", "MATERIAL"},
       {"library_geometries", "GEOMETRY"},   {"library_controllers", "CONTROLLER"},
@@ -122,10 +122,10 @@ int ImportRank(const xmlNode* element) {
 
 }  // namespace
 
-bool KZylReaderCollada::ReadAnyStructure(KZylScene& scene, xmlNode* root, KZylSceneInfo*& sceneInfo) {
-  std::vector<xmlNode*> elements;
-  xmlNode* asset = nullptr;
-  for (xmlNode* element = firstChildElement(root); element; element = nextSiblingElement(element)) {
+bool KZylReaderCollada::ReadAnyStructure(KZylScene& scene, DaeElement* root, KZylSceneInfo*& sceneInfo) {
+  std::vector<DaeElement*> elements;
+  DaeElement* asset = nullptr;
+  for (DaeElement* element = firstChildElement(root); element; element = nextSiblingElement(element)) {
     if (!DAE_IsElement(element, "asset")) {
       elements.push_back(element);
     } else if (!asset) {
@@ -141,9 +141,9 @@ bool KZylReaderCollada::ReadAnyStructure(KZylScene& scene, xmlNode* root, KZylSc
   }
 
   std::stable_sort(elements.begin(), elements.end(),
-                   [](const xmlNode* a, const xmlNode* b) { return ImportRank(a) < ImportRank(b); });
+                   [](const DaeElement* a, const DaeElement* b) { return ImportRank(a) < ImportRank(b); });
   bool sceneRead = false;
-  for (xmlNode* element : elements) {
+  for (DaeElement* element : elements) {
     const char* name = DAE_GetName(element);
     if (std::strcmp(name, "scene") == 0) {
       // The first scene counts.

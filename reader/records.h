@@ -1,7 +1,7 @@
 #pragma once
 // What the reader keeps between import steps, besides the kit objects it makes.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <vector>
 
@@ -41,7 +41,7 @@ struct ControllerRecord {
 // clusters to the joint nodes once the visual scene is built.
 struct SkinInstance {
   KZylNode* node = nullptr;
-  const xmlNode* instance = nullptr;  // the instance_controller, with its skeleton roots
+  const DaeElement* instance = nullptr;  // the instance_controller, with its skeleton roots
   const ControllerRecord* controller = nullptr;
   std::vector<KZylCluster*> clusters;  // the node's copies, in the controller's joint order
   int poseIndex = -1;                  // its bind pose in the reader's bind pose array

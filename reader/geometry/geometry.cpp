@@ -6,11 +6,11 @@
 
 namespace zylsdk {
 
-bool KZylReaderCollada::ImportGeometry(xmlNode* geometry) {
+bool KZylReaderCollada::ImportGeometry(DaeElement* geometry) {
   if (mComplete) return ImportAnyGeometry(geometry);
   const KString id = DAE_GetProperty(geometry, "id");
   bool meshRead = false;
-  for (xmlNode* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
     // Only meshes are read: any other child fails the geometry, even after its mesh.
     if (!DAE_IsElement(child, "mesh")) {
       AddNotificationError(KString("Unrecognized geometry element: ") + DAE_GetName(child));
@@ -33,13 +33,13 @@ bool KZylReaderCollada::ImportGeometry(xmlNode* geometry) {
   return true;
 }
 
-xmlNode* KZylReaderCollada::MeshElementOf(xmlNode* geometry) {
+DaeElement* KZylReaderCollada::MeshElementOf(DaeElement* geometry) {
   // A convex hull of another geometry reads that geometry's mesh; a chain of them is followed
   // as far as the number of geometries allows, so that a loop ends.
   const size_t largestChain = mState->elementsById.GetCount();
   for (size_t hops = 0; geometry && hops <= largestChain; ++hops) {
-    xmlNode* mesh = nullptr;
-    for (xmlNode* child = firstChildElement(geometry); child && !mesh; child = nextSiblingElement(child))
+    DaeElement* mesh = nullptr;
+    for (DaeElement* child = firstChildElement(geometry); child && !mesh; child = nextSiblingElement(child))
       if (DAE_IsElement(child, "mesh") || DAE_IsElement(child, "convex_mesh")) mesh = child;
     const KString hullOf = DAE_GetProperty(mesh, "convex_hull_of");
     if (!mesh || hullOf.IsEmpty()) return mesh;
@@ -48,16 +48,16 @@ xmlNode* KZylReaderCollada::MeshElementOf(xmlNode* geometry) {
   return nullptr;
 }
 
-bool KZylReaderCollada::ImportAnyGeometry(xmlNode* geometry) {
+bool KZylReaderCollada::ImportAnyGeometry(DaeElement* geometry) {
   const KString id = DAE_GetProperty(geometry, "id");
   // Other kinds of geometry (splines, boundary representations) have no kit counterpart.
-  for (xmlNode* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
     if (!DAE_IsElement(child, "mesh") && !DAE_IsElement(child, "convex_mesh") && !DAE_IsElement(child, "asset") &&
         !DAE_IsElement(child, "extra"))
       WarnOnce(name, KString("geometry kind not read: ") + name);
   }
-  xmlNode* meshElement = MeshElementOf(geometry);
+  DaeElement* meshElement = MeshElementOf(geometry);
   if (!meshElement) {
     // Registered without an attribute, so that its instances read without one.
     AddNotificationWarning("no mesh found for library " + id);
@@ -70,7 +70,7 @@ bool KZylReaderCollada::ImportAnyGeometry(xmlNode* geometry) {
   return true;
 }
 
-bool KZylReaderCollada::ImportMesh(xmlNode* meshElement, KZylMesh* mesh) {
+bool KZylReaderCollada::ImportMesh(DaeElement* meshElement, KZylMesh* mesh) {
   if (!mesh->GetLayer(0)) mesh->CreateLayer();
   if (!mesh->GetNormals()) mesh->InitNormals(0);
   if (!(mStatus = ImportVertices(meshElement, mesh))) return false;
@@ -108,8 +108,8 @@ void KZylReaderCollada::SetControlPointUVs(KZylGeometry& geometry, const KArrayT
   geometry.GetLayer(0)->SetUVs(element, KZylLayerElement::eDiffuseTextures);
 }
 
-bool KZylReaderCollada::ImportVertices(xmlNode* meshElement, KZylGeometry* geometry) {
-  xmlNode* vertices = findChildByType(meshElement, "vertices");
+bool KZylReaderCollada::ImportVertices(DaeElement* meshElement, KZylGeometry* geometry) {
+  DaeElement* vertices = findChildByType(meshElement, "vertices");
   if (!vertices) {
     AddNotificationError("<vertex> node not found");
     return false;
@@ -121,9 +121,9 @@ bool KZylReaderCollada::ImportVertices(xmlNode* meshElement, KZylGeometry* geome
   const KArrayTemplate<KZylVector4>* normals = &none;
   const KArrayTemplate<KZylColor>* colors = nullptr;
   const KArrayTemplate<KZylVector2>* uvs = nullptr;
-  KArrayTemplate<xmlNode*> inputs;
+  KArrayTemplate<DaeElement*> inputs;
   findChildrenByType(vertices, "input", inputs);
-  for (xmlNode* input : inputs) {
+  for (DaeElement* input : inputs) {
     const KString semantic = DAE_GetProperty(input, "semantic");
     const KString source = DAE_GetProperty(input, "source");
     bool ok = true;

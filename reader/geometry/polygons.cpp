@@ -22,10 +22,10 @@ struct PrimitiveInputs {
   std::vector<AttributeInput> attributes;
 };
 
-PrimitiveInputs ReadInputs(const xmlNode* element) {
+PrimitiveInputs ReadInputs(const DaeElement* element) {
   PrimitiveInputs inputs;
   int64_t largestOffset = 0;
-  for (xmlNode* input = firstChildElement(element); input; input = nextSiblingElement(input)) {
+  for (DaeElement* input = firstChildElement(element); input; input = nextSiblingElement(input)) {
     if (!DAE_IsElement(input, "input")) continue;
     const KString semantic = DAE_GetProperty(input, "semantic");
     const int offset = DAE_GetOffset(input);
@@ -60,16 +60,16 @@ void AddPolygons(KZylMesh& mesh, const PrimitiveLists& lists, int vertexOffset, 
 }
 
 // True when any element has an input of `semantic`.
-bool AnyInput(const KArrayTemplate<xmlNode*>& elements, const char* semantic) {
-  for (const xmlNode* element : elements)
-    for (xmlNode* input = firstChildElement(element); input; input = nextSiblingElement(input))
+bool AnyInput(const KArrayTemplate<DaeElement*>& elements, const char* semantic) {
+  for (const DaeElement* element : elements)
+    for (DaeElement* input = firstChildElement(element); input; input = nextSiblingElement(input))
       if (DAE_IsElement(input, "input") && DAE_GetProperty(input, "semantic") == semantic) return true;
   return false;
 }
 
 // True when the normals that `vertices` gave the control points hold anything but zeros.
-bool HasControlPointNormals(const xmlNode* meshElement, const KZylMesh& mesh) {
-  KArrayTemplate<xmlNode*> vertices;
+bool HasControlPointNormals(const DaeElement* meshElement, const KZylMesh& mesh) {
+  KArrayTemplate<DaeElement*> vertices;
   findChildrenByType(meshElement, "vertices", vertices);
   if (vertices.IsEmpty() || !AnyInput(vertices, "NORMAL")) return false;
   const KZylLayerElementNormal* normals = mesh.GetNormals();
@@ -81,16 +81,16 @@ bool HasControlPointNormals(const xmlNode* meshElement, const KZylMesh& mesh) {
 }
 
 // True when a `ph` of the element has holes (`h`).
-bool HasPolygonHoles(const xmlNode* element) {
-  for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+bool HasPolygonHoles(const DaeElement* element) {
+  for (DaeElement* child = firstChildElement(element); child; child = nextSiblingElement(child))
     if (DAE_IsElement(child, "ph") && findChildByType(child, "h")) return true;
   return false;
 }
 
 }  // namespace
 
-KArrayTemplate<xmlNode*> KZylReaderCollada::PrimitiveElements(xmlNode* meshElement) {
-  KArrayTemplate<xmlNode*> elements;
+KArrayTemplate<DaeElement*> KZylReaderCollada::PrimitiveElements(DaeElement* meshElement) {
+  KArrayTemplate<DaeElement*> elements;
   if (!mComplete) {
     // All polygons elements first, then all triangles elements: the mesh's polygons follow this
     // order, not the document's.
@@ -98,7 +98,7 @@ KArrayTemplate<xmlNode*> KZylReaderCollada::PrimitiveElements(xmlNode* meshEleme
     findChildrenByType(meshElement, "triangles", elements);
     return elements;
   }
-  for (xmlNode* child = firstChildElement(meshElement); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(meshElement); child; child = nextSiblingElement(child)) {
     PrimitiveKind kind;
     if (PrimitiveKindOf(child, kind)) {
       elements.Add(child);
@@ -109,8 +109,8 @@ KArrayTemplate<xmlNode*> KZylReaderCollada::PrimitiveElements(xmlNode* meshEleme
   return elements;
 }
 
-bool KZylReaderCollada::ImportPolygons(xmlNode* meshElement, KZylMesh& mesh) {
-  const KArrayTemplate<xmlNode*> elements = PrimitiveElements(meshElement);
+bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh) {
+  const KArrayTemplate<DaeElement*> elements = PrimitiveElements(meshElement);
 
   // Normals per control point are replaced by normals per polygon vertex, read or computed;
   // the complete reading keeps the document's own normals per control point when the
@@ -130,7 +130,7 @@ bool KZylReaderCollada::ImportPolygons(xmlNode* meshElement, KZylMesh& mesh) {
   PolygonMaterials materials(mesh, mState->textures, elements.GetCount(), !mComplete);
   PolygonLayers layers(*this, mesh, meshElement);
   for (int ordinal = 0; ordinal < elements.GetCount(); ++ordinal) {
-    xmlNode* element = elements[ordinal];
+    DaeElement* element = elements[ordinal];
     const PolygonMaterials::Indices indices = materials.Assign(DAE_GetProperty(element, "material"), ordinal);
     const PrimitiveInputs inputs = ReadInputs(element);
     if (!inputs.hasVertex) {

@@ -11,7 +11,7 @@ namespace zylsdk {
 namespace {
 
 // Appends the integers of a list element to `out`.
-void AppendIntegers(const xmlNode* element, KArrayTemplate<int>& out) {
+void AppendIntegers(const DaeElement* element, KArrayTemplate<int>& out) {
   const ElementText text(element);
   // An integer takes at least two characters with its separator: room for all of them at
   // once, so that a long list is never moved while it grows (untouched room costs nothing).
@@ -22,7 +22,7 @@ void AppendIntegers(const xmlNode* element, KArrayTemplate<int>& out) {
 
 // The list element of a child of a primitive: a `p`, or with `readHoledPolygons` the outer
 // `p` of a `ph`; null for other children.
-const xmlNode* ListOf(const xmlNode* child, bool readHoledPolygons) {
+const DaeElement* ListOf(const DaeElement* child, bool readHoledPolygons) {
   if (DAE_IsElement(child, "p")) return child;
   if (readHoledPolygons && DAE_IsElement(child, "ph")) return findChildByType(child, "p");
   return nullptr;
@@ -30,7 +30,7 @@ const xmlNode* ListOf(const xmlNode* child, bool readHoledPolygons) {
 
 }  // namespace
 
-bool PrimitiveKindOf(const xmlNode* element, PrimitiveKind& kind) {
+bool PrimitiveKindOf(const DaeElement* element, PrimitiveKind& kind) {
   static const struct {
     const char* name;
     PrimitiveKind kind;
@@ -45,11 +45,11 @@ bool PrimitiveKindOf(const xmlNode* element, PrimitiveKind& kind) {
   return false;
 }
 
-PrimitiveLists::PrimitiveLists(const xmlNode* element, int64_t stride, PrimitiveKind kind, int vertexOffset,
+PrimitiveLists::PrimitiveLists(const DaeElement* element, int64_t stride, PrimitiveKind kind, int vertexOffset,
                                bool readHoledPolygons)
     : mStride(std::max<int64_t>(1, stride)) {
-  for (const xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child)) {
-    const xmlNode* list = ListOf(child, readHoledPolygons);
+  for (const DaeElement* child = firstChildElement(element); child; child = nextSiblingElement(child)) {
+    const DaeElement* list = ListOf(child, readHoledPolygons);
     if (!list) continue;
     // A polylist's sizes run over all its lists as one.
     if (kind != PrimitiveKind::kPolylist || mLists.empty()) mLists.emplace_back();
@@ -81,7 +81,7 @@ int64_t PrimitiveLists::VertexCountOf(int list) const {
   return (length + mStride - 1) / mStride;
 }
 
-void PrimitiveLists::ReadPolygonSizes(const xmlNode* element) {
+void PrimitiveLists::ReadPolygonSizes(const DaeElement* element) {
   mCounted = true;
   KArrayTemplate<int> counts;
   AppendIntegers(findChildByType(element, "vcount"), counts);

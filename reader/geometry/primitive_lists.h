@@ -4,7 +4,7 @@
 // run of `stride` integers; each input reads its value at its offset inside the run. Reads never
 // leave a list: a position past its end, or a negative offset, gives -1.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <cstdint>
 #include <vector>
@@ -23,7 +23,7 @@ enum class PrimitiveKind {
 };
 
 // The kind of a primitive element by its name; false for other elements.
-bool PrimitiveKindOf(const xmlNode* element, PrimitiveKind& kind);
+bool PrimitiveKindOf(const DaeElement* element, PrimitiveKind& kind);
 
 class PrimitiveLists {
  public:
@@ -40,7 +40,7 @@ class PrimitiveLists {
   // strips and fans drop the triangles whose three control points are not distinct (the
   // stitching between strips). With `readHoledPolygons`, the outer `p` of each `ph` of a
   // `polygons` element is a polygon too, in document order.
-  PrimitiveLists(const xmlNode* element, int64_t stride, PrimitiveKind kind, int vertexOffset = 0,
+  PrimitiveLists(const DaeElement* element, int64_t stride, PrimitiveKind kind, int vertexOffset = 0,
                  bool readHoledPolygons = false);
 
   int64_t GetPolygonCount() const { return mPolygonCount; }
@@ -62,7 +62,7 @@ class PrimitiveLists {
 
  private:
   // Cuts list 0 into polygons of the sizes of `vcount`, as far as its vertices reach.
-  void ReadPolygonSizes(const xmlNode* element);
+  void ReadPolygonSizes(const DaeElement* element);
   // Replaces each strip or fan by a list of its triangles' vertices.
   void UnrollStripsAndFans(PrimitiveKind kind, int vertexOffset);
   int64_t VertexCountOf(int list) const;

@@ -9,7 +9,7 @@
 namespace zylsdk {
 namespace {
 
-void AttachSkin(const NodeImportContext& context, const ControllerRecord& controller, const xmlNode* instance,
+void AttachSkin(const NodeImportContext& context, const ControllerRecord& controller, const DaeElement* instance,
                 KZylNode& node, KZylMesh& mesh) {
   KZylReaderCollada& reader = context.reader;
   SkinInstance skin{&node, instance, &controller, {}, context.state.bindPoses.GetCount()};
@@ -31,7 +31,7 @@ void AttachSkin(const NodeImportContext& context, const ControllerRecord& contro
 
 }  // namespace
 
-void AttachController(const NodeImportContext& context, const ControllerRecord& controller, const xmlNode* instance,
+void AttachController(const NodeImportContext& context, const ControllerRecord& controller, const DaeElement* instance,
                       KZylNode& node, KZylMesh& mesh) {
   if (!controller.clusters.IsEmpty()) AttachSkin(context, controller, instance, node, mesh);
   // Shapes are keyed by the weight source, which the morph-weight animations name, and carry

@@ -14,8 +14,8 @@ namespace zylsdk {
 namespace {
 
 // The UV set that `bind_vertex_input` binds to a texture's `texcoord`; 0 when none does.
-int BoundUVSet(const xmlNode* instanceMaterial, const KString& texcoord) {
-  for (xmlNode* input = firstChildElement(instanceMaterial); input; input = nextSiblingElement(input)) {
+int BoundUVSet(const DaeElement* instanceMaterial, const KString& texcoord) {
+  for (DaeElement* input = firstChildElement(instanceMaterial); input; input = nextSiblingElement(input)) {
     if (!DAE_IsElement(input, "bind_vertex_input") || DAE_GetProperty(input, "semantic") != texcoord) continue;
     const KString set = DAE_GetProperty(input, "input_set");
     const char* cursor = set.Buffer();
@@ -26,14 +26,14 @@ int BoundUVSet(const xmlNode* instanceMaterial, const KString& texcoord) {
 
 // A material bound to a slot of the mesh, through one `instance_material`.
 struct BoundMaterial {
-  const xmlNode* instanceMaterial;
+  const DaeElement* instanceMaterial;
   KString materialId;
   int slot;
 };
 
 // The texture element of `use`'s channel on the layer of the UV set the texture uses (layers
 // are numbered by UV set), or on layer 0 when that layer has no UVs; made when missing.
-KZylLayerElementTexture* TextureElementFor(const TextureUse& use, const xmlNode* instanceMaterial, KZylMesh& mesh) {
+KZylLayerElementTexture* TextureElementFor(const TextureUse& use, const DaeElement* instanceMaterial, KZylMesh& mesh) {
   KZylLayer* layer = mesh.GetLayer(BoundUVSet(instanceMaterial, use.texcoord));
   if (!layer || !layer->GetUVs()) layer = mesh.GetLayer(0);
   if (!layer) return nullptr;
@@ -81,7 +81,7 @@ void PlaceBoundTextures(const NodeImportContext& context, const std::vector<Boun
 }
 
 // Binds one `instance_material`: false after an error.
-bool BindMaterial(const NodeImportContext& context, xmlNode* instanceMaterial, const KZylNode& node, KZylMesh& mesh,
+bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial, const KZylNode& node, KZylMesh& mesh,
                   std::vector<BoundMaterial>& bound) {
   KZylReaderCollada& reader = context.reader;
   const KString symbol = DAE_GetProperty(instanceMaterial, "symbol");
@@ -111,16 +111,16 @@ bool BindMaterial(const NodeImportContext& context, xmlNode* instanceMaterial, c
 
 }  // namespace
 
-bool BindMaterials(const NodeImportContext& context, xmlNode* instance, const KZylNode& node, KZylMesh& mesh) {
+bool BindMaterials(const NodeImportContext& context, DaeElement* instance, const KZylNode& node, KZylMesh& mesh) {
   std::vector<BoundMaterial> bound;
-  for (xmlNode* binding = firstChildElement(instance); binding; binding = nextSiblingElement(binding)) {
+  for (DaeElement* binding = firstChildElement(instance); binding; binding = nextSiblingElement(binding)) {
     if (!DAE_IsElement(binding, "bind_material")) continue;
-    xmlNode* technique = getTechniqueCommonNode(binding);
+    DaeElement* technique = getTechniqueCommonNode(binding);
     if (!technique) {
       context.reader.AddNotificationError("no <technique_common> node found for bind_material node ");
       return false;
     }
-    for (xmlNode* child = firstChildElement(technique); child; child = nextSiblingElement(child))
+    for (DaeElement* child = firstChildElement(technique); child; child = nextSiblingElement(child))
       if (DAE_IsElement(child, "instance_material") && !BindMaterial(context, child, node, mesh, bound)) return false;
   }
   if (context.reader.IsComplete()) PlaceBoundTextures(context, bound, mesh);

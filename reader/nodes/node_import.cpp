@@ -17,7 +17,7 @@ constexpr int kInstancedNodeLimit = 1000000;
 
 enum class ChildKind { kBoundingBox, kInstance, kNode, kReadElsewhere, kUnknown };
 
-ChildKind KindOf(const xmlNode* child) {
+ChildKind KindOf(const DaeElement* child) {
   auto is = [child](const char* name) { return DAE_IsElement(child, name); };
   if (is("boundingbox")) return ChildKind::kBoundingBox;
   if (is("instance") || is("instance_geometry") || is("instance_camera") || is("instance_light") ||
@@ -62,7 +62,7 @@ std::vector<const ControllerRecord*> ControllerChain(const NodeImportContext& co
 
 // Gives the node the attribute that one instance element names (a library object, or the
 // target geometry of a controller), then binds the materials of the node's mesh.
-bool ImportInstance(const NodeImportContext& context, xmlNode* instance, xmlNode* nodeElement, KZylNode& node) {
+bool ImportInstance(const NodeImportContext& context, DaeElement* instance, DaeElement* nodeElement, KZylNode& node) {
   KZylReaderCollada& reader = context.reader;
   const IdList<KZylNodeAttribute>& attributes = context.state.nodeAttributes;
   const KString id = DAE_GetUrl(instance);
@@ -93,12 +93,12 @@ bool ImportInstance(const NodeImportContext& context, xmlNode* instance, xmlNode
 // A child node to import: the kit node and the element it is read from.
 struct ChildToImport {
   KZylNode* node = nullptr;
-  xmlNode* element = nullptr;
+  DaeElement* element = nullptr;
 };
 
 // The complete reading's extra instances: a node that already has its attribute gets each further
 // instance on a child node of its own, named after the node and a number.
-bool ImportExtraInstance(const NodeImportContext& context, xmlNode* instance, xmlNode* nodeElement, KZylNode& node,
+bool ImportExtraInstance(const NodeImportContext& context, DaeElement* instance, DaeElement* nodeElement, KZylNode& node,
                          int& extraInstances) {
   KZylNode* holder = KZylNode::Create(context.reader.GetZylSdkManager(), (node.GetName() + ++extraInstances).Buffer());
   if (!ImportInstance(context, instance, nodeElement, *holder)) return false;
@@ -110,14 +110,14 @@ bool ImportExtraInstance(const NodeImportContext& context, xmlNode* instance, xm
 // The node an instance_node names, for the complete reading: a node of this document, found by
 // id anywhere in it; null (with a warning) for a node of another document, a missing node, a
 // node being read (a cycle), or past the limit of nodes instancing may make.
-xmlNode* InstancedNode(const NodeImportContext& context, const xmlNode* instance) {
+DaeElement* InstancedNode(const NodeImportContext& context, const DaeElement* instance) {
   KZylReaderCollada& reader = context.reader;
   const KString url = DAE_GetProperty(instance, "url");
   if (url.Find('#') != 0) {
     reader.WarnOnce("instance_node " + url, "instance_node of another document not followed: " + url);
     return nullptr;
   }
-  xmlNode* target = context.state.elementsById.Find(url.Mid(1), "node");
+  DaeElement* target = context.state.elementsById.Find(url.Mid(1), "node");
   if (!target) {
     reader.WarnOnce("instance_node " + url, "instance_node target not found: " + url);
     return nullptr;
@@ -136,7 +136,7 @@ xmlNode* InstancedNode(const NodeImportContext& context, const xmlNode* instance
 
 // Handles one child element of a node. A child node to import is returned in `child` (none
 // when there is none, or when the child is a default view, dropped with its subtree).
-bool ImportNodeChild(const NodeImportContext& context, xmlNode* element, xmlNode* nodeElement, KZylNode& node,
+bool ImportNodeChild(const NodeImportContext& context, DaeElement* element, DaeElement* nodeElement, KZylNode& node,
                      ChildToImport& child, int& extraInstances) {
   KZylReaderCollada& reader = context.reader;
   const bool complete = reader.IsComplete();
@@ -173,7 +173,7 @@ bool ImportNodeChild(const NodeImportContext& context, xmlNode* element, xmlNode
 
 // Every node ends with an attribute: a joint skeleton for nodes of type JOINT, which also takes
 // over the placeholder links of the skins, and a null otherwise.
-bool GiveDefaultAttribute(const NodeImportContext& context, xmlNode* nodeElement, KZylNode& node, const KString& id) {
+bool GiveDefaultAttribute(const NodeImportContext& context, DaeElement* nodeElement, KZylNode& node, const KString& id) {
   if (node.GetNodeAttribute()) return true;
   KZylSdkManager* manager = context.reader.GetZylSdkManager();
   if (DAE_GetProperty(nodeElement, "type") != "JOINT") {
@@ -192,7 +192,7 @@ bool GiveDefaultAttribute(const NodeImportContext& context, xmlNode* nodeElement
 
 }  // namespace
 
-bool KZylReaderCollada::ImportNode(xmlNode* nodeElement, KZylNode& node, KString id) {
+bool KZylReaderCollada::ImportNode(DaeElement* nodeElement, KZylNode& node, KString id) {
   if (mComplete) {
     // The first node made of an element stands for it when joints are looked up.
     mState->nodeOfElement.emplace(nodeElement, &node);
@@ -202,7 +202,7 @@ bool KZylReaderCollada::ImportNode(xmlNode* nodeElement, KZylNode& node, KString
   if (!(mStatus = ImportTransforms(nodeElement, &node))) return false;
   const NodeImportContext context{*this, *mState, mStatus};
   int extraInstances = 0;
-  for (xmlNode* element = firstChildElement(nodeElement); element; element = nextSiblingElement(element)) {
+  for (DaeElement* element = firstChildElement(nodeElement); element; element = nextSiblingElement(element)) {
     ChildToImport child;
     if (!ImportNodeChild(context, element, nodeElement, node, child, extraInstances)) return false;
     if (!child.node) continue;

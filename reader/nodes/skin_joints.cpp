@@ -14,20 +14,20 @@
 namespace zylsdk {
 namespace {
 
-using ElementsByName = std::unordered_map<std::string, const xmlNode*>;
+using ElementsByName = std::unordered_map<std::string, const DaeElement*>;
 
 // The node elements of the subtree of `root` (itself included when it is a node) by the value of
 // `attribute`: the first in document order for each value.
-ElementsByName IndexNodes(const xmlNode* root, const char* attribute) {
+ElementsByName IndexNodes(const DaeElement* root, const char* attribute) {
   ElementsByName index;
-  std::vector<const xmlNode*> pending(1, root);
-  std::vector<const xmlNode*> children;
+  std::vector<const DaeElement*> pending(1, root);
+  std::vector<const DaeElement*> children;
   while (!pending.empty()) {
-    const xmlNode* element = pending.back();
+    const DaeElement* element = pending.back();
     pending.pop_back();
     if (DAE_IsElement(element, "node")) index.emplace(DAE_GetProperty(element, attribute).Std(), element);
     children.clear();
-    for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+    for (DaeElement* child = firstChildElement(element); child; child = nextSiblingElement(child))
       if (DAE_IsElement(child, "node")) children.push_back(child);
     pending.insert(pending.end(), children.rbegin(), children.rend());
   }
@@ -36,15 +36,15 @@ ElementsByName IndexNodes(const xmlNode* root, const char* attribute) {
 
 class JointFinder {
  public:
-  JointFinder(KZylReaderCollada::DocumentState& state, const xmlNode* visualScene)
+  JointFinder(KZylReaderCollada::DocumentState& state, const DaeElement* visualScene)
       : mState(state), mVisualScene(visualScene) {}
 
   // The node of the visual scene that joint `name` of a skin instanced by `instance` names;
   // null when none does.
-  KZylNode* Find(const xmlNode* instance, const KString& name) {
-    for (xmlNode* skeleton = firstChildElement(instance); skeleton; skeleton = nextSiblingElement(skeleton)) {
+  KZylNode* Find(const DaeElement* instance, const KString& name) {
+    for (DaeElement* skeleton = firstChildElement(instance); skeleton; skeleton = nextSiblingElement(skeleton)) {
       if (!DAE_IsElement(skeleton, "skeleton")) continue;
-      const xmlNode* root = mState.elementsById.Find(DAE_GetContent(skeleton).Mid(1), "node");
+      const DaeElement* root = mState.elementsById.Find(DAE_GetContent(skeleton).Mid(1), "node");
       if (KZylNode* joint = NodeOf(Lookup(mSidsByRoot, root, "sid"), name)) return joint;
     }
     if (KZylNode* joint = NodeOf(mState.elementsById.Find(name, "node"))) return joint;
@@ -52,7 +52,7 @@ class JointFinder {
   }
 
  private:
-  const ElementsByName* Lookup(std::unordered_map<const xmlNode*, ElementsByName>& indexes, const xmlNode* root,
+  const ElementsByName* Lookup(std::unordered_map<const DaeElement*, ElementsByName>& indexes, const DaeElement* root,
                                const char* attribute) {
     if (!root) return nullptr;
     auto found = indexes.find(root);
@@ -64,15 +64,15 @@ class JointFinder {
     auto found = index->find(name.Std());
     return found == index->end() ? nullptr : NodeOf(found->second);
   }
-  KZylNode* NodeOf(const xmlNode* element) {
+  KZylNode* NodeOf(const DaeElement* element) {
     auto found = mState.nodeOfElement.find(element);
     return found == mState.nodeOfElement.end() ? nullptr : found->second;
   }
 
   KZylReaderCollada::DocumentState& mState;
-  const xmlNode* mVisualScene;
-  std::unordered_map<const xmlNode*, ElementsByName> mSidsByRoot;
-  std::unordered_map<const xmlNode*, ElementsByName> mNamesByScene;
+  const DaeElement* mVisualScene;
+  std::unordered_map<const DaeElement*, ElementsByName> mSidsByRoot;
+  std::unordered_map<const DaeElement*, ElementsByName> mNamesByScene;
 };
 
 }  // namespace
