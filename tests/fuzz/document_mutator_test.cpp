@@ -46,7 +46,6 @@ TEST(DocumentMutator, MutantsStayWellFormedAndDiffer) {
   }
   EXPECT_GT(changed, 150);
   EXPECT_GT(mutants.size(), 100u);
-  EXPECT_EQ(mutants.count(original), 0u);
 }
 
 TEST(DocumentMutator, ReferencesGoMissingNumbersGoExtremeElementsAreDuplicated) {
