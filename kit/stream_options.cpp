@@ -12,6 +12,7 @@ KZylStreamOptionsColladaReader::KZylStreamOptionsColladaReader(KZylSdkManager& m
   AddProperty("START", eZylTime);
   AddProperty("FRAME COUNT", eZylInteger);
   AddProperty("COMPLETE", eZylBool).Set(false);
+  AddProperty("MAX SCENE INSTANCES", eZylInteger).Set(kDefaultSceneInstances);
 }
 
 void KZylStreamOptionsColladaReader::SetTimeMode(int timeMode, double customFrameRate) {

@@ -1,8 +1,10 @@
 #pragma once
 // Read options: KZylStreamOptions holds options as named properties; the COLLADA reader's
 // options add "START" (time), "FRAME COUNT" (integer), "COMPLETE" (bool, false by default:
-// true reads everything the kit can represent instead of the reader's traditional subset) and
-// a time mode with a frame rate.
+// true reads everything the kit can represent instead of the reader's traditional subset),
+// "MAX SCENE INSTANCES" (integer, 16 by default: how many times the `scene` element may
+// instance one visual scene; each instance copies the whole visual scene, so a small document
+// could otherwise ask for an unbounded scene) and a time mode with a frame rate.
 
 #include "kit/object.h"
 
@@ -21,6 +23,8 @@ class KZylStreamOptions : public KZylObject {
 class KZylStreamOptionsColladaReader : public KZylStreamOptions {
   KZYL_DECLARE_CLASS(KZylStreamOptionsColladaReader)
  public:
+  static constexpr int kDefaultSceneInstances = 16;
+
   // Time modes: 0 is the default (custom) mode, whose rate is the custom frame rate.
   void SetTimeMode(int timeMode, double customFrameRate);
   int GetTimeMode() const { return mTimeMode; }

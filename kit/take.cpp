@@ -31,6 +31,23 @@ int KFCurve::KeyAdd(KTime time, int*) {
   return static_cast<int>(index);
 }
 
+void KFCurve::KeyAddMany(std::vector<KFCurveKey> keys) {
+  auto earlier = [](const KFCurveKey& a, const KFCurveKey& b) { return a.time < b.time; };
+  std::stable_sort(keys.begin(), keys.end(), earlier);
+  std::vector<KFCurveKey> merged;
+  merged.reserve(mKeys.size() + keys.size());
+  auto kept = mKeys.begin();
+  for (size_t i = 0; i < keys.size(); ++i) {
+    // Of the keys at one time, the last of the list wins.
+    if (i + 1 < keys.size() && keys[i + 1].time == keys[i].time) continue;
+    while (kept != mKeys.end() && kept->time < keys[i].time) merged.push_back(*kept++);
+    if (kept != mKeys.end() && kept->time == keys[i].time) ++kept;
+    merged.push_back(keys[i]);
+  }
+  merged.insert(merged.end(), kept, mKeys.end());
+  mKeys.swap(merged);
+}
+
 void KFCurve::KeySet(int index, KTime time, float value, int interpolation, int tangentMode, float rightDerivative,
                      float leftDerivative, int weightedMode, float rightWeight, float leftWeight, float rightVelocity,
                      float leftVelocity) {

@@ -50,6 +50,10 @@ class KFCurve {
   // Adds a key at `time` (value 0) and returns its index; at a time that already has a key,
   // returns that key's index. A time after the last key appends without moving any key.
   int KeyAdd(KTime time, int* lastIndex = nullptr);
+  // Adds whole keys, as KeyAdd and then KeySet of every field would, one after the other: a key
+  // replaces the curve's key at its time, and a later key of the list replaces an earlier one
+  // of the same time. The list is sorted once, so that keys in any order cost n log n.
+  void KeyAddMany(std::vector<KFCurveKey> keys);
   // Sets every field of a key; a new time moves the key to keep the curve sorted (a key that
   // already stands at that time is replaced).
   void KeySet(int index, KTime time, float value, int interpolation = eInterpolationLinear,

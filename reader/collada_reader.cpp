@@ -75,6 +75,9 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
     return false;
   }
   mComplete = options->GetOption("COMPLETE").GetBool();
+  const KZylProperty maxSceneInstances = options->GetOption("MAX SCENE INSTANCES");
+  mMaxSceneInstances = maxSceneInstances.IsValid() ? maxSceneInstances.GetInt()
+                                                   : KZylStreamOptionsColladaReader::kDefaultSceneInstances;
   mDocument.reset();
   ResetDocumentState();
   mDocument = ParseXmlFile(mFileName);

@@ -46,6 +46,8 @@ void RegisterColladaReader(KZylSdkManager& manager);
 struct JointIndex;
 // Lookups of the animation targets (reader/animation/target_index.h).
 class AnimationTargetIndex;
+// Skin links kept across the copies of visual scenes (reader/nodes/copy_scene.cpp).
+class SceneLinks;
 
 class KZylReaderCollada : public KZylReader {
  public:
@@ -68,7 +70,8 @@ class KZylReaderCollada : public KZylReader {
   // Parses the kept path and reads the document into `scene`. False (last error 6) for null
   // options; false with the error "Unable to parse xml/dae file\n" when the file is not
   // well-formed XML or the document is faulty. The options' "COMPLETE" (false when absent)
-  // chooses the complete reading.
+  // chooses the complete reading; "MAX SCENE INSTANCES" (its default when absent) how many
+  // instances of one visual scene are copied into the scene.
   bool Read(KZylScene& scene, KZylStreamOptions* options) override;
   // True while reading completely: everything the kit can represent is read, where the
   // traditional reading skips, refuses or replaces. Set by Read from its options.
@@ -141,7 +144,6 @@ class KZylReaderCollada : public KZylReader {
   void CopySkeleton(KZylSkeleton* destination, KZylSkeleton* source);
   void CopyLink(KZylCluster* destination, KZylCluster* source);
   void CopyPose(KZylPose* destination, KZylPose* source);
-  void UpdateLinkInHierarchy(KZylScene* scene, KZylNode* node);
   // The complete reading's joints: links the clusters of every skin of the visual scene being
   // built to the joint nodes its controller names (sids under the instance's skeleton roots,
   // then node ids, then node names) and gives each skin a bind pose of those nodes.
@@ -225,6 +227,8 @@ class KZylReaderCollada : public KZylReader {
     std::shared_ptr<JointIndex> jointIndex;
     // Made by the first animation that needs it; held the same way.
     std::shared_ptr<AnimationTargetIndex> animationTargetIndex;
+    // Made by the first scene copy; held the same way.
+    std::shared_ptr<SceneLinks> sceneLinks;
   };
   const DocumentState& GetState() const { return *mState; }
   bool GetStatus() const { return mStatus; }
@@ -249,6 +253,7 @@ class KZylReaderCollada : public KZylReader {
   KString mFileName;
   bool mStatus = false;
   bool mComplete = false;
+  int mMaxSceneInstances = KZylStreamOptionsColladaReader::kDefaultSceneInstances;
   KTime mAnimationStart;
   KTime mAnimationStop;
   bool mFirstKey = false;  // the next animation key starts the take's time span

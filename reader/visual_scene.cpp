@@ -2,6 +2,7 @@
 // chosen ones into the application's scene.
 
 #include <cstring>
+#include <unordered_map>
 
 #include "reader/collada_reader.h"
 #include "reader/dom/dom.h"
@@ -62,6 +63,7 @@ bool KZylReaderCollada::ImportVisualScene(DaeElement* visualScene) {
 }
 
 bool KZylReaderCollada::ImportScene(KZylScene& scene, DaeElement* sceneElement) {
+  std::unordered_map<const KZylScene*, int> instances;
   for (DaeElement* child = firstChildElement(sceneElement); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
     if (std::strcmp(name, "instance_visual_scene") == 0) {
@@ -70,6 +72,15 @@ bool KZylReaderCollada::ImportScene(KZylScene& scene, DaeElement* sceneElement) 
       if (!mState->visualScenes.Contains(url) || !visualScene) {
         AddNotificationError("Scene not found: " + url);
         return false;
+      }
+      // Every instance copies the whole visual scene: past the limit, a few bytes of document
+      // would each ask for a scene's worth of work and memory.
+      const int count = ++instances[visualScene];
+      if (count > mMaxSceneInstances) {
+        if (count == mMaxSceneInstances + 1)
+          AddNotificationWarning(KString("visual scene #") + url + " is instanced more than " + mMaxSceneInstances +
+                                 " times: the other instances are skipped (read option MAX SCENE INSTANCES)");
+        continue;
       }
       if (!(mStatus = CopyScene(&scene, visualScene))) return false;
     } else if (std::strcmp(name, "instance_physics_scene") == 0) {

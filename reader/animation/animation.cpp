@@ -21,8 +21,7 @@ bool ImportChannel(AnimationContext& context, const DaeElement* animation, const
       break;
   }
   if (curves.targets.empty()) return true;
-  SamplerArrays arrays;
-  if (ReadSampler(context, animation, channel, arrays)) ApplySampler(context, arrays, curves);
+  if (const SamplerArrays* arrays = ReadSampler(context, animation, channel)) ApplySampler(context, *arrays, curves);
   return true;
 }
 
@@ -52,7 +51,7 @@ bool KZylReaderCollada::ImportAnimation(DaeElement* animation, KZylScene& scene)
   if (!index || !index->Covers(scene.GetRootNode()))
     index = std::make_shared<AnimationTargetIndex>(scene.GetRootNode(), mSceneElement);
   const AnimationElementIds ids(animation);
-  AnimationContext context{*this, *mState, scene, *index, ids, {mAnimationStart, mAnimationStop, mFirstKey}};
+  AnimationContext context{*this, *mState, scene, *index, ids, {mAnimationStart, mAnimationStop, mFirstKey}, {}};
   return mStatus = ImportAnimationElement(context, animation);
 }
 

@@ -4,14 +4,12 @@
 #include <cfloat>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include "reader/animation/animation_steps.h"
 
 namespace zylsdk {
 namespace {
-
-// Tangent weights are one third, as single-precision numbers.
-constexpr float kOneThird = 0.33333334f;
 
 // The array's value at a 64-bit position; the type's default past either end.
 template <class T>
@@ -103,18 +101,21 @@ void SetCurveKeys(AnimationContext& context, const SamplerArrays& arrays, KFCurv
   const int tangentMode = interpolated && tangents ? KFCurve::eTangentUser : KFCurve::eTangentAuto;
 
   curve.KeyModifyBegin();
-  curve.KeyReserve(curve.KeyGetCount() + arrays.times.GetCount());
+  std::vector<KFCurveKey> keys;
+  keys.reserve(static_cast<size_t>(arrays.times.GetCount()));
   for (int i = 0; i < arrays.times.GetCount(); ++i) {
     const double seconds = arrays.times[i];
     // A key needs a point in time.
     if (!std::isfinite(seconds)) continue;
-    KTime time;
-    time.SetSecondDouble(seconds);
-    const int key = curve.KeyAdd(time, nullptr);
-    const float value = ToFloat(ValueAt(arrays.values, i * stride + component));
-    curve.KeySet(key, time, value, interpolation, tangentMode, 0.0f, 0.0f, 0, kOneThird, kOneThird, 0.0f, 0.0f);
+    KFCurveKey key;
+    key.time.SetSecondDouble(seconds);
+    key.value = ToFloat(ValueAt(arrays.values, i * stride + component));
+    key.interpolation = interpolation;
+    key.tangentMode = tangentMode;
+    keys.push_back(key);
     context.span.Widen(seconds);
   }
+  curve.KeyAddMany(std::move(keys));
   if (interpolated) SetInterpolations(context.reader, arrays.interpolations, curve, component, stride);
   if (tangents) SetDerivatives(arrays, curve, component, stride);
   curve.KeyModifyEnd();

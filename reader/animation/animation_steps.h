@@ -5,6 +5,8 @@
 #include "reader/dom/dom.h"
 
 #include <cstdint>
+#include <map>
+#include <utility>
 #include <vector>
 
 #include "reader/animation/element_ids.h"
@@ -44,6 +46,18 @@ struct TakeSpan {
   void Widen(double seconds);
 };
 
+// What reading a sampler gave: its arrays, or a failure, and the notifications it made, which
+// every channel of the sampler makes again.
+struct SamplerRead {
+  bool ok = true;
+  SamplerArrays arrays;
+  std::vector<std::pair<bool, KString>> notes;  // (is an error, text), in order
+};
+
+// The samplers read so far, by the animation element that looked and the sampler element:
+// channels that share a sampler read its sources once.
+using SamplerCache = std::map<std::pair<const DaeElement*, const DaeElement*>, SamplerRead>;
+
 struct AnimationContext {
   KZylReaderCollada& reader;
   const KZylReaderCollada::DocumentState& state;
@@ -51,6 +65,7 @@ struct AnimationContext {
   AnimationTargetIndex& targets;
   const AnimationElementIds& ids;
   TakeSpan span;
+  SamplerCache samplers;
 };
 
 enum class TargetResult {
@@ -62,13 +77,13 @@ enum class TargetResult {
 // Finds the curves that the channel's target names, making the nodes' takes on the way.
 TargetResult ResolveChannelTarget(AnimationContext& context, const KString& target, ChannelCurves& curves);
 
-// Reads the sampler of `channel` from `animation`; false (reported) when the channel must be
-// skipped.
-bool ReadSampler(AnimationContext& context, const DaeElement* animation, const DaeElement* channel, SamplerArrays& arrays);
+// The arrays of the sampler of `channel`, found from `animation`; null (reported) when the
+// channel must be skipped. They belong to the context.
+const SamplerArrays* ReadSampler(AnimationContext& context, const DaeElement* animation, const DaeElement* channel);
 
 // Checks the sampler's sizes against the curves (a warning only), scales percent channels and
 // sets the keys of every curve.
-void ApplySampler(AnimationContext& context, SamplerArrays& arrays, const ChannelCurves& curves);
+void ApplySampler(AnimationContext& context, const SamplerArrays& arrays, const ChannelCurves& curves);
 
 // Sets the keys of one curve from the sampler.
 void SetCurveKeys(AnimationContext& context, const SamplerArrays& arrays, KFCurve& curve, int64_t component,

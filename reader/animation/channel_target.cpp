@@ -133,7 +133,7 @@ TargetResult ResolveChannelTarget(AnimationContext& context, const KString& targ
 
   // A node of that name, or else the first node that instances the object of that id.
   KZylNode* node = context.targets.FindNode(id);
-  if (!node) node = context.targets.FindInstance(reader, id);
+  if (!node) node = context.targets.FindInstance(id);
   if (!node) {
     reader.AddNotificationWarning(KString("node channel not found for animation") + ": " + target);
     return TargetResult::kSkip;

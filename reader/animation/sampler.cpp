@@ -19,50 +19,70 @@ bool Mismatch(int count, int64_t expected) { return count != 0 && count != expec
 
 }  // namespace
 
-bool ReadSampler(AnimationContext& context, const DaeElement* animation, const DaeElement* channel, SamplerArrays& arrays) {
-  KZylReaderCollada& reader = context.reader;
-  const KString samplerSource = DAE_GetProperty(channel, "source");
-  DaeElement* sampler = context.ids.Find(animation, samplerSource.Mid(1));
-  if (!sampler) {
-    reader.AddNotificationWarning("animation sampler not found: " + samplerSource);
-    return false;
-  }
+namespace {
+
+// Reads the sources of the sampler's inputs into `read`, recording the notifications.
+void ReadSamplerInputs(const AnimationContext& context, const DaeElement* animation, const DaeElement* sampler,
+                       SamplerRead& read) {
+  SamplerArrays& arrays = read.arrays;
   KArrayTemplate<DaeElement*> inputs;
   findChildrenByType(sampler, "input", inputs);
   for (DaeElement* input : inputs) {
     const KString semantic = DAE_GetProperty(input, "semantic");
     const KString sourceId = DAE_GetProperty(input, "source").Mid(1);
     const DaeElement* source = context.ids.Find(animation, sourceId);
-    bool read;
+    bool ok;
     // Every component of every item: a whole vector gives three values per key.
     if (semantic == "INPUT") {
-      read = ImportSourceComponents(source, arrays.times);
+      ok = ImportSourceComponents(source, arrays.times);
     } else if (semantic == "OUTPUT") {
-      read = ImportSourceComponents(source, arrays.values);
+      ok = ImportSourceComponents(source, arrays.values);
     } else if (semantic == "IN_TANGENT") {
-      read = ImportSourceComponents(source, arrays.inTangents);
+      ok = ImportSourceComponents(source, arrays.inTangents);
     } else if (semantic == "OUT_TANGENT") {
-      read = ImportSourceComponents(source, arrays.outTangents);
+      ok = ImportSourceComponents(source, arrays.outTangents);
     } else if (semantic == "INTERPOLATION") {
-      read = ImportSourceComponents(source, arrays.interpolations);
+      ok = ImportSourceComponents(source, arrays.interpolations);
     } else {
-      reader.AddNotificationWarning("unknown animation source: " + semantic);
+      read.notes.emplace_back(false, "unknown animation source: " + semantic);
       continue;
     }
-    if (!read) {
-      reader.AddNotificationError("reading array in <source>: " + sourceId);
-      return false;
+    if (!ok) {
+      read.notes.emplace_back(true, "reading array in <source>: " + sourceId);
+      read.ok = false;
+      return;
     }
   }
-  return true;
 }
 
-void ApplySampler(AnimationContext& context, SamplerArrays& arrays, const ChannelCurves& curves) {
-  const int64_t expected = static_cast<int64_t>(arrays.times.GetCount()) * curves.stride;
-  const int values = arrays.values.GetCount();
-  const int inTangents = arrays.inTangents.GetCount();
-  const int outTangents = arrays.outTangents.GetCount();
-  const int interpolations = arrays.interpolations.GetCount();
+}  // namespace
+
+const SamplerArrays* ReadSampler(AnimationContext& context, const DaeElement* animation, const DaeElement* channel) {
+  KZylReaderCollada& reader = context.reader;
+  const KString samplerSource = DAE_GetProperty(channel, "source");
+  const DaeElement* sampler = context.ids.Find(animation, samplerSource.Mid(1));
+  if (!sampler) {
+    reader.AddNotificationWarning("animation sampler not found: " + samplerSource);
+    return nullptr;
+  }
+  auto [cached, isNew] = context.samplers.try_emplace({animation, sampler});
+  SamplerRead& read = cached->second;
+  if (isNew) ReadSamplerInputs(context, animation, sampler, read);
+  for (const auto& [isError, text] : read.notes) {
+    if (isError)
+      reader.AddNotificationError(text);
+    else
+      reader.AddNotificationWarning(text);
+  }
+  return read.ok ? &read.arrays : nullptr;
+}
+
+void ApplySampler(AnimationContext& context, const SamplerArrays& shared, const ChannelCurves& curves) {
+  const int64_t expected = static_cast<int64_t>(shared.times.GetCount()) * curves.stride;
+  const int values = shared.values.GetCount();
+  const int inTangents = shared.inTangents.GetCount();
+  const int outTangents = shared.outTangents.GetCount();
+  const int interpolations = shared.interpolations.GetCount();
   // The values are always counted; tangents and interpolations only when there are some.
   if (values != expected || Mismatch(inTangents, expected) || Mismatch(outTangents, expected) ||
       Mismatch(interpolations, expected)) {
@@ -71,14 +91,19 @@ void ApplySampler(AnimationContext& context, SamplerArrays& arrays, const Channe
                                           " or interpolation (" + interpolations + ")" +
                                           " not the number expected (" + expected + ").");
   }
-  if (curves.percent) {
-    // Each array over its own length.
-    ScaleAll(arrays.values, kPercent);
-    ScaleAll(arrays.inTangents, kPercent);
-    ScaleAll(arrays.outTangents, kPercent);
+  if (!curves.percent) {
+    for (const ChannelCurves::Target& target : curves.targets)
+      SetCurveKeys(context, shared, *target.curve, target.component, curves.stride);
+    return;
   }
+  // Other channels may share the sampler: the scaled arrays are this channel's own.
+  SamplerArrays scaled = shared;
+  // Each array over its own length.
+  ScaleAll(scaled.values, kPercent);
+  ScaleAll(scaled.inTangents, kPercent);
+  ScaleAll(scaled.outTangents, kPercent);
   for (const ChannelCurves::Target& target : curves.targets)
-    SetCurveKeys(context, arrays, *target.curve, target.component, curves.stride);
+    SetCurveKeys(context, scaled, *target.curve, target.component, curves.stride);
 }
 
 }  // namespace zylsdk

@@ -1,7 +1,10 @@
 #include "reader/animation/target_index.h"
 
+#include <algorithm>
+
 #include "reader/collada_reader.h"
 #include "reader/dom/dom.h"
+#include "reader/nodes/node_steps.h"
 
 namespace zylsdk {
 namespace {
@@ -27,8 +30,21 @@ std::vector<DaeElement*> InstancedVisualScenes(const DaeElement* sceneElement) {
 
 }  // namespace
 
-AnimationTargetIndex::AnimationTargetIndex(KZylNode* root, const DaeElement* sceneElement)
-    : mRoot(root), mVisualScenes(InstancedVisualScenes(sceneElement)) {
+AnimationTargetIndex::AnimationTargetIndex(KZylNode* root, const DaeElement* sceneElement) : mRoot(root) {
+  // The elements that hold instances, in the order of FindInstances: each visual scene, depth
+  // first, each element before its descendants, looking only into visual scenes and nodes.
+  for (const DaeElement* visualScene : InstancedVisualScenes(sceneElement)) {
+    std::vector<const DaeElement*> pending(1, visualScene);
+    while (!pending.empty()) {
+      const DaeElement* current = pending.back();
+      pending.pop_back();
+      if (!DAE_IsElement(current, "visual_scene") && !DAE_IsElement(current, "node")) continue;
+      if (const DaeElement* instance = FirstObjectInstance(current)) mInstances.emplace(DAE_GetProperty(instance, "url"), current);
+      const size_t firstChild = pending.size();
+      for (DaeElement* child = firstChildElement(current); child; child = nextSiblingElement(child)) pending.push_back(child);
+      std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(firstChild), pending.end());
+    }
+  }
   if (!root) return;
   // The first node of a name wins, in the order FindChild looks: the root's children, then,
   // depth first, the children of each node that is visited.
@@ -51,18 +67,10 @@ KZylNode* AnimationTargetIndex::FindNode(const KString& name) const {
   return found == mNodes.end() ? nullptr : found->second;
 }
 
-KZylNode* AnimationTargetIndex::FindInstance(KZylReaderCollada& reader, const KString& id) {
-  auto cached = mInstances.find(id);
-  if (cached != mInstances.end()) return cached->second;
-  KZylNode* first = nullptr;
-  for (DaeElement* visualScene : mVisualScenes) {
-    KArrayTemplate<KZylNode*> nodes = reader.FindInstances(visualScene, mRoot, "#" + id);
-    if (nodes.IsEmpty()) continue;
-    first = nodes[0];
-    break;
-  }
-  mInstances.emplace(id, first);
-  return first;
+KZylNode* AnimationTargetIndex::FindInstance(const KString& id) const {
+  auto found = mInstances.find("#" + id);
+  // The node is found by the element's name, as FindChild from the root finds it.
+  return found == mInstances.end() ? nullptr : FindNode(DAE_GetProperty(found->second, "name"));
 }
 
 const std::vector<AnimationTargetIndex::MorphNode>& AnimationTargetIndex::MorphNodes(const KString& key,

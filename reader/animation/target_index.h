@@ -13,8 +13,6 @@
 
 namespace zylsdk {
 
-class KZylReaderCollada;
-
 class AnimationTargetIndex {
  public:
   // The node of a morph's shape records, and for each target position of the morph the index
@@ -36,7 +34,7 @@ class AnimationTargetIndex {
 
   // The first node that FindInstances gives for the url "#" + id over the visual scenes that
   // the `scene` element instances; null when it gives none.
-  KZylNode* FindInstance(KZylReaderCollada& reader, const KString& id);
+  KZylNode* FindInstance(const KString& id) const;
 
   // The nodes of a morph key's shape records, in the order of their first record.
   const std::vector<MorphNode>& MorphNodes(const KString& key, const ShapeRecordList& records);
@@ -44,8 +42,9 @@ class AnimationTargetIndex {
  private:
   KZylNode* mRoot;
   std::unordered_map<KString, KZylNode*> mNodes;
-  std::vector<DaeElement*> mVisualScenes;
-  std::unordered_map<KString, KZylNode*> mInstances;
+  // For each instance url, the first element of the instanced visual scenes that holds it, in
+  // the order FindInstances looks.
+  std::unordered_map<KString, const DaeElement*> mInstances;
   std::unordered_map<KString, std::vector<MorphNode>> mMorphs;
 };
 

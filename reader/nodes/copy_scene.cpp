@@ -1,6 +1,8 @@
 // Scene and node copies: each visual scene is built into a scene of its own and copied, node by
 // node, into the scene being read; then the skin clusters are linked to the copied nodes.
 
+#include <memory>
+#include <utility>
 #include <unordered_map>
 #include <vector>
 
@@ -9,29 +11,17 @@
 namespace zylsdk {
 namespace {
 
-// The nodes of a scene by name, each name giving its first node in depth-first pre-order from
-// the root: the answers of FindNodeByName, without a walk per question. Built on first use.
-class NodesByName {
- public:
-  explicit NodesByName(const KZylScene& scene) : mScene(scene) {}
-
-  KZylNode* Find(const KString& name) {
-    if (!mBuilt) Build();
-    auto found = mNodes.find(name);
-    return found == mNodes.end() ? nullptr : found->second;
+// The nodes of `top` and of its subtree, depth first, each node before its children; an
+// explicit stack keeps deep hierarchies off the call stack.
+void AppendSubtree(KZylNode* top, std::vector<KZylNode*>& nodes) {
+  std::vector<KZylNode*> pending(1, top);
+  while (!pending.empty()) {
+    KZylNode* current = pending.back();
+    pending.pop_back();
+    nodes.push_back(current);
+    for (int i = current->GetChildCount() - 1; i >= 0; --i) pending.push_back(current->GetChild(i));
   }
-
- private:
-  void Build() {
-    mBuilt = true;
-    if (KZylNode* root = mScene.GetRootNode()) mNodes.emplace(root->GetName(), root);
-    for (KZylNode* node : mScene.GetNodes()) mNodes.emplace(node->GetName(), node);
-  }
-
-  const KZylScene& mScene;
-  bool mBuilt = false;
-  std::unordered_map<KString, KZylNode*> mNodes;
-};
+}
 
 // The clusters of the skins of the node's mesh.
 std::vector<KZylCluster*> ClustersOf(const KZylNode& node) {
@@ -44,19 +34,6 @@ std::vector<KZylCluster*> ClustersOf(const KZylNode& node) {
     for (int c = 0; c < skin->GetClusterCount(); ++c) clusters.push_back(skin->GetCluster(c));
   }
   return clusters;
-}
-
-// Links the clusters of the node's skins to the scene's nodes of their link's name without
-// name-space prefix; a link that names no node of the scene stays.
-void RelinkClusters(const KZylNode& node, NodesByName& nodes) {
-  for (KZylCluster* cluster : ClustersOf(node)) {
-    KZylNode* link = cluster->GetLink();
-    if (!link) continue;
-    if (KZylNode* found = nodes.Find(link->GetNameWithoutNameSpacePrefix())) {
-      cluster->DisconnectZylSrc(link);
-      cluster->SetLink(found);
-    }
-  }
 }
 
 using NodeCopies = std::unordered_map<const KZylNode*, KZylNode*>;
@@ -105,8 +82,73 @@ void RetargetClusters(const KZylNode& destinationRoot, int firstCopiedChild, con
 
 }  // namespace
 
+// Skin clusters linked to the nodes of one destination scene by name, kept from one copy to
+// the next: each copy relinks the clusters it brought, and those that waited for a name it
+// brought, instead of the whole scene again. A cluster links to the first node, depth-first
+// pre-order from the root, named as its link without name-space prefix; copies only ever add
+// nodes after those of earlier copies, so an answer once given stays right.
+class SceneLinks {
+ public:
+  explicit SceneLinks(const KZylScene& scene) : mScene(&scene) {}
+  bool Covers(const KZylScene* scene) const { return mScene == scene; }
+
+  // `nodes` come after every node added before, in depth-first pre-order; a node already added
+  // (the root) only has its clusters relinked again.
+  void Add(const std::vector<KZylNode*>& nodes) {
+    std::vector<KString> newNames;
+    for (KZylNode* node : nodes)
+      if (mNodes.emplace(node->GetName(), node).second) newNames.push_back(node->GetName());
+    for (const KZylNode* node : nodes) RelinkClusters(*node);
+    for (const KString& name : newNames) {
+      auto waiting = mWaiting.find(name);
+      if (waiting == mWaiting.end()) continue;
+      const std::vector<KZylCluster*> clusters = std::move(waiting->second);
+      mWaiting.erase(waiting);
+      for (KZylCluster* cluster : clusters) Relink(*cluster);
+    }
+  }
+
+ private:
+  void RelinkClusters(const KZylNode& node) {
+    for (KZylCluster* cluster : ClustersOf(node)) Relink(*cluster);
+  }
+
+  // A link that names no node of the scene stays, and waits for a copy that brings the name.
+  void Relink(KZylCluster& cluster) {
+    KZylNode* link = cluster.GetLink();
+    if (!link) return;
+    const KString name = link->GetNameWithoutNameSpacePrefix();
+    auto found = mNodes.find(name);
+    if (found == mNodes.end()) {
+      mWaiting[name].push_back(&cluster);
+      return;
+    }
+    cluster.DisconnectZylSrc(link);
+    cluster.SetLink(found->second);
+  }
+
+  const KZylScene* mScene;
+  std::unordered_map<KString, KZylNode*> mNodes;
+  std::unordered_map<KString, std::vector<KZylCluster*>> mWaiting;
+};
+
+namespace {
+
+// The nodes a copy brought: the root (whose attribute each copy replaces) and the subtrees of
+// the root's children from `firstChild` on; every node of the scene for its first copy.
+std::vector<KZylNode*> CopiedNodes(KZylNode* root, int firstChild) {
+  std::vector<KZylNode*> nodes(1, root);
+  for (int i = firstChild; i < root->GetChildCount(); ++i) AppendSubtree(root->GetChild(i), nodes);
+  return nodes;
+}
+
+}  // namespace
+
 bool KZylReaderCollada::CopyScene(KZylScene* destination, KZylScene* source) {
+  std::shared_ptr<SceneLinks>& links = mState->sceneLinks;
+  const bool firstCopy = !links || !links->Covers(destination);
   const int firstCopiedChild = destination->GetRootNode()->GetChildCount();
+  const int firstChild = firstCopy ? 0 : firstCopiedChild;
   if (!(mStatus = CopyNodeHierarchy(destination->GetRootNode(), source->GetRootNode()))) return false;
   // The complete reading points the copies' clusters and poses at the copied nodes, exactly;
   // the traditional reading re-links clusters by name and keeps the poses' nodes.
@@ -126,9 +168,10 @@ bool KZylReaderCollada::CopyScene(KZylScene* destination, KZylScene* source) {
   }
   if (mComplete) {
     RetargetClusters(*destination->GetRootNode(), firstCopiedChild, copies);
-  } else {
-    UpdateLinkInHierarchy(destination, destination->GetRootNode());
+    return mStatus = true;
   }
+  if (firstCopy) links = std::make_shared<SceneLinks>(*destination);
+  links->Add(CopiedNodes(destination->GetRootNode(), firstChild));
   return mStatus = true;
 }
 
@@ -221,20 +264,6 @@ void KZylReaderCollada::CopyNodeTransforms(KZylNode* destination, KZylNode* sour
 void KZylReaderCollada::CopyPose(KZylPose* destination, KZylPose* source) {
   if (!source) return;
   for (int i = 0; i < source->GetCount(); ++i) destination->Add(source->GetNode(i), source->GetMatrix(i), false);
-}
-
-void KZylReaderCollada::UpdateLinkInHierarchy(KZylScene* scene, KZylNode* node) {
-  // The node and its subtree, depth first, each node before its children; an explicit stack
-  // keeps deep hierarchies off the call stack.
-  NodesByName nodes(*scene);
-  std::vector<const KZylNode*> pending(1, node);
-  while (!pending.empty()) {
-    const KZylNode* current = pending.back();
-    pending.pop_back();
-    if (!current) continue;
-    RelinkClusters(*current, nodes);
-    for (int i = current->GetChildCount() - 1; i >= 0; --i) pending.push_back(current->GetChild(i));
-  }
 }
 
 }  // namespace zylsdk

@@ -8,6 +8,7 @@
 #include "reader/collada_reader.h"
 #include "reader/dom/dom.h"
 #include "reader/nodes/element_numbers.h"
+#include "reader/nodes/node_steps.h"
 
 namespace zylsdk {
 namespace {
@@ -37,23 +38,25 @@ void ApplyLookAt(KZylReaderCollada& reader, DaeElement* nodeElement, KZylNode& n
   camera.SetSpecificDistance((interest - position).Length());
 }
 
-// The node of the first instance of a camera, controller, geometry or light (tested in that
-// order) that `element` holds, when its url is `url`; the node is found by the element's name.
-// False when the element holds no such instance.
+// The node of the first instance of a camera, controller, geometry or light that `element`
+// holds, when its url is `url`; the node is found by the element's name. False when the
+// element holds no such instance.
 bool FindInstanceNode(const DaeElement* element, KZylNode* root, const KString& url, KZylNode*& found) {
-  static const char* const kInstanceKinds[] = {"instance_camera", "instance_controller", "instance_geometry",
-                                               "instance_light"};
-  for (const char* kind : kInstanceKinds) {
-    DaeElement* instance = findChildByType(element, kind);
-    if (!instance) continue;
-    if (DAE_GetProperty(instance, "url") != url) return false;
-    found = root ? root->FindChild(DAE_GetProperty(element, "name"), true, false) : nullptr;
-    return true;
-  }
-  return false;
+  const DaeElement* instance = FirstObjectInstance(element);
+  if (!instance || DAE_GetProperty(instance, "url") != url) return false;
+  found = root ? root->FindChild(DAE_GetProperty(element, "name"), true, false) : nullptr;
+  return true;
 }
 
 }  // namespace
+
+const DaeElement* FirstObjectInstance(const DaeElement* element) {
+  static const char* const kInstanceKinds[] = {"instance_camera", "instance_controller", "instance_geometry",
+                                               "instance_light"};
+  for (const char* kind : kInstanceKinds)
+    if (const DaeElement* instance = findChildByType(element, kind)) return instance;
+  return nullptr;
+}
 
 bool KZylReaderCollada::ImportNodeAttribute(DaeElement* nodeElement, KZylNode& node, KZylNodeAttribute* attribute) {
   if (!attribute) return mStatus = true;

@@ -19,6 +19,11 @@ struct NodeImportContext {
 // not part of a scene's content.
 bool IsDefaultViewCamera(const KString& id);
 
+// The first instance of a camera, controller, geometry or light (looked for in that order)
+// among the children of `element`; null when it has none. Animation targets and instance
+// lookups name a node by this instance's url.
+const DaeElement* FirstObjectInstance(const DaeElement* element);
+
 // Replaces the placeholder materials of the mesh's slots by the document's materials, as the
 // `bind_material` children of the instance element ask. False after an error.
 bool BindMaterials(const NodeImportContext& context, DaeElement* instance, const KZylNode& node, KZylMesh& mesh);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "kit/zylsdk.h"
 
 namespace {
@@ -23,6 +25,50 @@ TEST(KFCurve, ReservingRoomKeepsTheKeysAndTheirOrder) {
   ASSERT_EQ(curve.KeyGetCount(), 2);
   EXPECT_EQ(curve.KeyGetTime(0), Seconds(1.0));
   EXPECT_EQ(curve.KeyGetTime(1), Seconds(2.0));
+}
+
+KFCurveKey Key(double seconds, float value) {
+  KFCurveKey key;
+  key.time = Seconds(seconds);
+  key.value = value;
+  return key;
+}
+
+// KeyAdd then KeySet of every field, one key after the other: what KeyAddMany must give.
+KFCurve OneByOne(const std::vector<KFCurveKey>& keys) {
+  KFCurve curve;
+  curve.KeyAdd(Seconds(1.0));
+  curve.KeySetValue(0, -1.0f);
+  for (const KFCurveKey& key : keys) curve.KeySet(curve.KeyAdd(key.time), key.time, key.value);
+  return curve;
+}
+
+TEST(KFCurve, KeyAddManyGivesWhatAddingOneByOneGives) {
+  const std::vector<KFCurveKey> keys = {Key(3.0, 1.0f), Key(1.0, 2.0f), Key(2.0, 3.0f), Key(3.0, 4.0f),
+                                        Key(0.5, 5.0f), Key(2.0, 6.0f), Key(4.0, 7.0f)};
+  const KFCurve expected = OneByOne(keys);
+  KFCurve curve;
+  curve.KeyAdd(Seconds(1.0));
+  curve.KeySetValue(0, -1.0f);
+  curve.KeyAddMany(keys);
+  ASSERT_EQ(curve.KeyGetCount(), expected.KeyGetCount());
+  ASSERT_EQ(curve.KeyGetCount(), 5);
+  for (int k = 0; k < curve.KeyGetCount(); ++k) {
+    EXPECT_EQ(curve.KeyGetTime(k), expected.KeyGetTime(k)) << k;
+    EXPECT_EQ(curve.KeyGetValue(k), expected.KeyGetValue(k)) << k;
+  }
+  // The later key of a time wins, over the curve's key too.
+  EXPECT_EQ(curve.KeyGetValue(1), 2.0f);
+  EXPECT_EQ(curve.KeyGetValue(3), 4.0f);
+}
+
+TEST(KFCurve, KeyAddManyOfDescendingKeysSortsThemQuickly) {
+  std::vector<KFCurveKey> keys;
+  for (int i = 200000; i > 0; --i) keys.push_back(Key(i, static_cast<float>(i)));
+  KFCurve curve;
+  curve.KeyAddMany(keys);
+  ASSERT_EQ(curve.KeyGetCount(), 200000);
+  for (int k = 0; k < curve.KeyGetCount(); ++k) ASSERT_EQ(curve.KeyGetValue(k), static_cast<float>(k + 1));
 }
 
 TEST(KFCurve, KeyAddAtAnExistingTimeReturnsThatKey) {

@@ -10,6 +10,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include <gtest/gtest.h>
+
 namespace zyltest {
 
 std::string Collada(const std::string& body, const std::string& version) {
@@ -31,14 +33,46 @@ TempFile::TempFile(const std::string& contents, const std::string& suffix) {
 
 TempFile::~TempFile() { std::remove(mPath.c_str()); }
 
+namespace {
+
+std::string Slurp(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+}  // namespace
+
+void ExpectSceneInvariants(const zyldae::ReadResult& read, const InvariantChecks& checks) {
+  if (!read.scene) return;
+  for (const std::string& violation : SceneViolations(*read.scene, checks))
+    ADD_FAILURE() << "scene invariant: " << violation;
+}
+
+zyldae::ReadSettings Complete() {
+  zyldae::ReadSettings complete;
+  complete.complete = true;
+  return complete;
+}
+
+std::vector<zyldae::ReadSettings> BothModes() { return {zyldae::ReadSettings{}, Complete()}; }
+
 zyldae::ReadResult ReadText(const std::string& document, const zyldae::ReadSettings& settings) {
   TempFile file(document);
-  return zyldae::ReadDocument(file.Path().c_str(), settings);
+  zyldae::ReadResult read = zyldae::ReadDocument(file.Path().c_str(), settings);
+  ExpectSceneInvariants(read, ChecksFor(document));
+  return read;
+}
+
+zyldae::ReadResult ReadPath(const std::string& path, const zyldae::ReadSettings& settings) {
+  zyldae::ReadResult read = zyldae::ReadDocument(path.c_str(), settings);
+  ExpectSceneInvariants(read, ChecksFor(Slurp(path)));
+  return read;
 }
 
 zyldae::Json DumpText(const std::string& document, bool brief, const zyldae::ReadSettings& settings) {
-  TempFile file(document);
-  zyldae::ReadResult read = zyldae::ReadDocument(file.Path().c_str(), settings);
+  zyldae::ReadResult read = ReadText(document, settings);
   // Written and parsed back, so that tests see exactly what the tool writes.
   std::ostringstream text;
   zyldae::WriteJson(text, zyldae::DumpRead(read, "document.dae", brief));
@@ -56,17 +90,6 @@ int CountMessage(const zyldae::ReadResult& read, const std::string& text) {
   for (const auto& detail : read.notifications) count += detail.text.Std() == text ? 1 : 0;
   return count;
 }
-
-namespace {
-
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-}  // namespace
 
 ToolRun RunTool(const std::string& arguments) {
   TempFile out("", ".out");

@@ -7,6 +7,7 @@
 
 #include "tools/zyldae/read_file.h"
 #include "tools/zyldae/scene_dump.h"
+#include "tests/support/scene_invariants.h"
 
 namespace zyltest {
 
@@ -27,15 +28,20 @@ class TempFile {
 };
 
 // Reads a document given as text, through the manager and the reader as an application would.
+// Like every read helper here, it then checks the scene's invariants (scene_invariants.h) and
+// adds a test failure for each that is broken.
 zyldae::ReadResult ReadText(const std::string& document, const zyldae::ReadSettings& settings = {});
+// Reads a document file the same way.
+zyldae::ReadResult ReadPath(const std::string& path, const zyldae::ReadSettings& settings = {});
 // The dump of such a read.
 zyldae::Json DumpText(const std::string& document, bool brief = false, const zyldae::ReadSettings& settings = {});
-// The settings of the complete reading.
-inline zyldae::ReadSettings Complete() {
-  zyldae::ReadSettings settings;
-  settings.complete = true;
-  return settings;
-}
+// Adds a test failure for each invariant the scene of `read` breaks.
+void ExpectSceneInvariants(const zyldae::ReadResult& read, const InvariantChecks& checks);
+
+// The settings of the complete reading ("COMPLETE").
+zyldae::ReadSettings Complete();
+// The reading modes every read-anywhere test goes through: default, then "COMPLETE".
+std::vector<zyldae::ReadSettings> BothModes();
 
 // The notification texts of a read, in order.
 std::vector<std::string> Messages(const zyldae::ReadResult& read);

@@ -151,3 +151,32 @@ TEST_F(SamplerTest, TangentsOfTwoComponentsAreCountedAsTwoValuesPerKey) {
 }
 
 }  // namespace
+
+namespace {
+
+// Channels that share a sampler: its sources are read once, but every channel gets its keys
+// and makes the sampler's notifications again.
+TEST_F(SamplerTest, ChannelsSharingASamplerEachGetItsKeysAndItsWarnings) {
+  Read("<animation id=\"a\">" + zyltest::FloatSource("t", "0 1", {"TIME"}) + zyltest::FloatSource("v", "5 6") +
+       "<sampler id=\"s\">" + kTimesAndValues + "<input semantic=\"CONTINUITY\" source=\"#v\"/></sampler>"
+       "<channel source=\"#s\" target=\"box/translate.X\"/><channel source=\"#s\" target=\"box/translate.Y\"/>"
+       "<channel source=\"#s\" target=\"box/scale.Z\"/></animation>");
+  EXPECT_EQ(Count("Warning: unknown animation source: CONTINUITY"), 3);
+  for (auto channel : {KZylTakeNode::eTranslationX, KZylTakeNode::eTranslationY, KZylTakeNode::eScaleZ}) {
+    ASSERT_EQ(KeyCount(channel), 2);
+    EXPECT_EQ(Curve(channel)->KeyGetValue(0), 5.0f);
+    EXPECT_EQ(Curve(channel)->KeyGetValue(1), 6.0f);
+  }
+}
+
+TEST_F(SamplerTest, ChannelsSharingAFailingSamplerEachReportTheFailure) {
+  Read("<animation id=\"a\">" + zyltest::FloatSource("t", "0 1", {"TIME"}) +
+       "<sampler id=\"s\"><input semantic=\"INPUT\" source=\"#t\"/><input semantic=\"OUTPUT\" source=\"#gone\"/>"
+       "</sampler><channel source=\"#s\" target=\"box/translate.X\"/><channel source=\"#s\" "
+       "target=\"box/translate.Y\"/></animation>");
+  EXPECT_EQ(Count("ERROR: reading array in <source>: gone"), 2);
+  EXPECT_EQ(KeyCount(KZylTakeNode::eTranslationX), 0);
+  EXPECT_EQ(KeyCount(KZylTakeNode::eTranslationY), 0);
+}
+
+}  // namespace

@@ -344,4 +344,20 @@ TEST_F(CopyTest, RelinkingFindsTheFirstNodeInPreOrder) {
   EXPECT_EQ(FirstCluster(scene->FindNodeByName("body"))->GetLink(), expected);
 }
 
+TEST_F(CopyTest, AClusterWaitsForTheCopyThatBringsItsNodeAndLaterCopiesKeepTheFirst) {
+  KZylScene* body = KZylScene::Create(&manager, "");
+  AddSkinnedMesh(body, KZylNode::Create(&manager, "rig:hand"));
+  KZylScene* skeleton = KZylScene::Create(&manager, "");
+  skeleton->GetRootNode()->AddChild(KZylNode::Create(&manager, "hand"));
+  ASSERT_TRUE(reader->CopyScene(scene, body));
+  ASSERT_TRUE(reader->CopyScene(scene, skeleton));
+  ASSERT_TRUE(reader->CopyScene(scene, body));
+  ASSERT_TRUE(reader->CopyScene(scene, skeleton));
+  KZylNode* root = scene->GetRootNode();
+  ASSERT_EQ(root->GetChildCount(), 4);
+  // Both bodies link to the first hand, the one the second copy brought.
+  EXPECT_EQ(FirstCluster(root->GetChild(0))->GetLink(), root->GetChild(1));
+  EXPECT_EQ(FirstCluster(root->GetChild(2))->GetLink(), root->GetChild(1));
+}
+
 }  // namespace
