@@ -1,7 +1,7 @@
 #include "fuzz/document_mutator.h"
 
 #include <libxml/parser.h>
-#include "reader/dom/dom.h"
+#include <libxml/tree.h>
 
 #include <cctype>
 #include <cstring>
@@ -43,9 +43,9 @@ bool NameIn(const xmlChar* name, const char* const* names, size_t count) {
 }
 
 // Every element of the document in document order, up to kMaxElements.
-std::vector<DaeElement*> Elements(DaeElement* root) {
-  std::vector<DaeElement*> elements;
-  for (DaeElement* node = root; node && elements.size() < kMaxElements;) {
+std::vector<xmlNode*> Elements(xmlNode* root) {
+  std::vector<xmlNode*> elements;
+  for (xmlNode* node = root; node && elements.size() < kMaxElements;) {
     if (node->type == XML_ELEMENT_NODE) elements.push_back(node);
     if (node->children && node->type == XML_ELEMENT_NODE) {
       node = node->children;
@@ -58,39 +58,39 @@ std::vector<DaeElement*> Elements(DaeElement* root) {
   return elements;
 }
 
-std::string IdOf(const DaeElement* element) {
+std::string IdOf(const xmlNode* element) {
   xmlChar* id = xmlGetProp(element, reinterpret_cast<const xmlChar*>("id"));
   std::string text = id ? reinterpret_cast<const char*>(id) : "";
   xmlFree(id);
   return text;
 }
 
-bool DeleteElement(const std::vector<DaeElement*>& elements, std::mt19937& random) {
+bool DeleteElement(const std::vector<xmlNode*>& elements, std::mt19937& random) {
   if (elements.size() < 2) return false;
-  DaeElement* element = elements[std::uniform_int_distribution<size_t>(1, elements.size() - 1)(random)];
+  xmlNode* element = elements[std::uniform_int_distribution<size_t>(1, elements.size() - 1)(random)];
   xmlUnlinkNode(element);
   xmlFreeNode(element);
   return true;
 }
 
-bool DuplicateElement(const std::vector<DaeElement*>& elements, std::mt19937& random) {
+bool DuplicateElement(const std::vector<xmlNode*>& elements, std::mt19937& random) {
   if (elements.size() < 2) return false;
-  DaeElement* element = elements[std::uniform_int_distribution<size_t>(1, elements.size() - 1)(random)];
-  DaeElement* copy = xmlDocCopyNode(element, element->doc, 1);
+  xmlNode* element = elements[std::uniform_int_distribution<size_t>(1, elements.size() - 1)(random)];
+  xmlNode* copy = xmlDocCopyNode(element, element->doc, 1);
   return copy && xmlAddNextSibling(element, copy) != nullptr;
 }
 
-bool MoveBeforePrevious(const std::vector<DaeElement*>& elements, std::mt19937& random) {
-  std::vector<DaeElement*> movable;
-  for (DaeElement* element : elements)
+bool MoveBeforePrevious(const std::vector<xmlNode*>& elements, std::mt19937& random) {
+  std::vector<xmlNode*> movable;
+  for (xmlNode* element : elements)
     if (xmlPreviousElementSibling(element)) movable.push_back(element);
   if (movable.empty()) return false;
-  DaeElement* element = Pick(movable, random);
+  xmlNode* element = Pick(movable, random);
   return xmlAddPrevSibling(xmlPreviousElementSibling(element), element) != nullptr;
 }
 
 // Replaces one number of a text by an extreme.
-bool ExtremeInText(DaeElement* text, std::mt19937& random) {
+bool ExtremeInText(xmlNode* text, std::mt19937& random) {
   xmlChar* raw = xmlNodeGetContent(text);
   std::string content = raw ? reinterpret_cast<const char*>(raw) : "";
   xmlFree(raw);
@@ -108,10 +108,10 @@ bool ExtremeInText(DaeElement* text, std::mt19937& random) {
   return true;
 }
 
-bool ExtremeNumber(const std::vector<DaeElement*>& elements, std::mt19937& random) {
+bool ExtremeNumber(const std::vector<xmlNode*>& elements, std::mt19937& random) {
   std::vector<xmlAttr*> attributes;
-  std::vector<DaeElement*> texts;
-  for (DaeElement* element : elements) {
+  std::vector<xmlNode*> texts;
+  for (xmlNode* element : elements) {
     for (xmlAttr* attribute = element->properties; attribute; attribute = attribute->next)
       if (NameIn(attribute->name, kNumberAttributes, std::size(kNumberAttributes))) attributes.push_back(attribute);
     if (element->children && element->children->type == XML_TEXT_NODE && !element->children->next)
@@ -125,22 +125,22 @@ bool ExtremeNumber(const std::vector<DaeElement*>& elements, std::mt19937& rando
   return !texts.empty() && ExtremeInText(Pick(texts, random), random);
 }
 
-bool RedirectReference(const std::vector<DaeElement*>& elements, std::mt19937& random) {
+bool RedirectReference(const std::vector<xmlNode*>& elements, std::mt19937& random) {
   std::vector<xmlAttr*> references;
-  std::vector<DaeElement*> identified;
-  for (DaeElement* element : elements) {
+  std::vector<xmlNode*> identified;
+  for (xmlNode* element : elements) {
     for (xmlAttr* attribute = element->properties; attribute; attribute = attribute->next)
       if (NameIn(attribute->name, kReferenceAttributes, std::size(kReferenceAttributes))) references.push_back(attribute);
     if (!IdOf(element).empty()) identified.push_back(element);
   }
   if (references.empty()) return false;
   xmlAttr* reference = Pick(references, random);
-  DaeElement* holder = reference->parent;
+  xmlNode* holder = reference->parent;
   std::string target = "zylfuzz-missing";
   const int choice = static_cast<int>(random() % 3);
   if (choice == 1 && !identified.empty()) target = IdOf(Pick(identified, random));
   if (choice == 2)
-    for (DaeElement* node = holder; node && node->type == XML_ELEMENT_NODE; node = node->parent)
+    for (xmlNode* node = holder; node && node->type == XML_ELEMENT_NODE; node = node->parent)
       if (!IdOf(node).empty()) {
         target = IdOf(node);
         break;
@@ -158,7 +158,7 @@ bool MutateStructure(std::string& document, std::mt19937& random) {
   Document parsed(xmlReadMemory(document.data(), static_cast<int>(document.size()), "input.dae", nullptr,
                                 XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
   if (!parsed) return false;
-  const std::vector<DaeElement*> elements = Elements(xmlDocGetRootElement(parsed.get()));
+  const std::vector<xmlNode*> elements = Elements(xmlDocGetRootElement(parsed.get()));
   if (elements.empty()) return false;
   bool changed = false;
   switch (random() % 5) {
