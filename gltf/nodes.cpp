@@ -59,6 +59,8 @@ void ConvertNodes(ConversionContext& context, const KZylScene& scene) {
     {
       tinygltf::Node target;
       target.name = item.node->GetName().Std();
+      // A node without any property would be written as null, which is not a node.
+      if (target.name.empty()) target.name = "node" + std::to_string(index);
       SetTransform(target, LocalTrs(*item.node));
       context.model.nodes.push_back(std::move(target));
     }
