@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <map>
 
 #include "gltf/gltf_writer.h"
@@ -18,23 +17,8 @@
 namespace {
 
 using namespace zylsdk;
-namespace fs = std::filesystem;
 
 constexpr double kTolerance = 1e-6;
-
-// A folder of its own for each test, removed afterwards.
-class Folder {
- public:
-  Folder() : mPath(fs::temp_directory_path() / ("zylgltf-" + std::to_string(::getpid()) + "-" + std::to_string(sCount++))) {
-    fs::create_directories(mPath);
-  }
-  ~Folder() { fs::remove_all(mPath); }
-  std::string File(const std::string& name) const { return (mPath / name).string(); }
-
- private:
-  static inline int sCount = 0;
-  fs::path mPath;
-};
 
 // A vertex as glTF holds it: position, normal (unit), every UV set (V flipped).
 using Vertex = std::vector<double>;
@@ -155,7 +139,7 @@ class RoundTrip : public ::testing::TestWithParam<std::string> {
     return nullptr;
   }
 
-  Folder folder;
+  zyltest::TempFolder folder;
   std::string path;
   tinygltf::Model model;
   std::vector<std::string> leftOut;
