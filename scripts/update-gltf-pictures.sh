@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 corpus=../shared/corpus
-documents=(assimp/duck.dae chinedufn/animated_male.dae gazebo_models/cessna_body_sketchup.dae)
+documents=(gazebo_models/polaris_ranger_ev_opencollada_max.dae astrobee_media/iss_jpm_module.dae cts/effect_blinn_diffuse_texture.dae)
 [ -d "$corpus" ] || { echo "no corpus at $corpus" >&2; exit 1; }
 make build >/dev/null
 pictures=docs/gltf-pictures
