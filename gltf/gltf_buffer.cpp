@@ -1,6 +1,7 @@
 #include "gltf/gltf_buffer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <limits>
 
@@ -48,7 +49,11 @@ int GltfBuffer::AddAccessor(int view, int componentType, int count, int type) {
   return static_cast<int>(mModel.accessors.size() - 1);
 }
 
-int GltfBuffer::AddFloats(const std::vector<float>& values, int components, bool withBounds, int target) {
+int GltfBuffer::AddFloats(const std::vector<float>& given, int components, bool withBounds, int target) {
+  // glTF has no room for infinities and NaN: they become 0.
+  std::vector<float> values(given);
+  for (float& value : values)
+    if (!std::isfinite(value)) value = 0.0f;
   const int count = static_cast<int>(values.size() / static_cast<size_t>(components));
   const int view = AddView(values.data(), values.size() * sizeof(float), target);
   const int accessor = AddAccessor(view, TINYGLTF_COMPONENT_TYPE_FLOAT, count, AccessorType(components));

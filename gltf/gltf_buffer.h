@@ -16,7 +16,7 @@ class GltfBuffer {
 
   // Float vectors of 1, 2, 3, 4 or 16 components (`components`); `withBounds` writes the min
   // and max that POSITION accessors and animation inputs must carry. `target` is the buffer
-  // view's target (0 for none). Returns the accessor index.
+  // view's target (0 for none). Non-finite values are written as 0. Returns the accessor index.
   int AddFloats(const std::vector<float>& values, int components, bool withBounds, int target);
   // Unsigned 32-bit indices of triangles.
   int AddIndices(const std::vector<uint32_t>& indices);

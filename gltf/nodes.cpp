@@ -1,6 +1,8 @@
 // The node hierarchy: one glTF node per kit node, the root included (it carries the change of
 // axes), with its transform as translation, rotation and scale.
 
+#include <cmath>
+
 #include "gltf/conversion_context.h"
 #include "gltf/transforms.h"
 
@@ -10,7 +12,18 @@ using namespace zylsdk;
 
 namespace {
 
-void SetTransform(tinygltf::Node& target, const NodeTrs& trs) {
+bool IsFinite(const NodeTrs& trs) {
+  for (double c : trs.translation) if (!std::isfinite(c)) return false;
+  for (double c : trs.rotation) if (!std::isfinite(c)) return false;
+  for (double c : trs.scale) if (!std::isfinite(c)) return false;
+  return true;
+}
+
+void SetTransform(ConversionContext& context, tinygltf::Node& target, const NodeTrs& trs) {
+  if (!IsFinite(trs)) {
+    context.LeaveOut("transforms with infinite or undefined values (identity written)");
+    return;
+  }
   if (trs.translation != std::array<double, 3>{0.0, 0.0, 0.0})
     target.translation.assign(trs.translation.begin(), trs.translation.end());
   if (trs.rotation != std::array<double, 4>{0.0, 0.0, 0.0, 1.0}) target.rotation.assign(trs.rotation.begin(), trs.rotation.end());
@@ -61,7 +74,7 @@ void ConvertNodes(ConversionContext& context, const KZylScene& scene) {
       target.name = item.node->GetName().Std();
       // A node without any property would be written as null, which is not a node.
       if (target.name.empty()) target.name = "node" + std::to_string(index);
-      SetTransform(target, LocalTrs(*item.node));
+      SetTransform(context, target, LocalTrs(*item.node));
       context.model.nodes.push_back(std::move(target));
     }
     // Attributes may add helper nodes, so the node is filled through its index.

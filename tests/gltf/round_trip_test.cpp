@@ -385,6 +385,37 @@ TEST_P(RoundTrip, MaterialsCameraAndLight) {
   EXPECT_NEAR(model.lights[0].spot.outerConeAngle, 30.0 * M_PI / 180.0, kTolerance);
 }
 
+TEST_P(RoundTrip, TexturesAreReferencedBesideTheFileOrEmbedded) {
+  const std::string image = folder.File("pixel.png");
+  zyltest::WriteSamplePng(image);
+  zyltest::SampleScene sample = zyltest::MakeSampleScene(manager, image);
+  WriteAndLoad(*sample.scene);
+  ASSERT_EQ(model.images.size(), 1u);
+  if (GetParam() == ".glb") {
+    EXPECT_TRUE(model.images[0].uri.empty());
+    EXPECT_EQ(model.images[0].mimeType, "image/png");
+    ASSERT_GE(model.images[0].bufferView, 0);
+    EXPECT_EQ(model.bufferViews[static_cast<size_t>(model.images[0].bufferView)].byteLength, 69u);
+  } else {
+    EXPECT_EQ(model.images[0].uri, "pixel.png");
+  }
+  // The textured polygon has a material of its own; its texture reads the diffuse UV set.
+  const tinygltf::Mesh& mesh = model.meshes[static_cast<size_t>(Node("meshNode")->mesh)];
+  ASSERT_EQ(mesh.primitives.size(), 2u);
+  const tinygltf::Material& material = model.materials[static_cast<size_t>(mesh.primitives[0].material)];
+  ASSERT_EQ(material.pbrMetallicRoughness.baseColorTexture.index, 0);
+  EXPECT_EQ(material.pbrMetallicRoughness.baseColorTexture.texCoord, 0);
+  EXPECT_EQ(model.samplers.at(0).wrapS, TINYGLTF_TEXTURE_WRAP_CLAMP_TO_EDGE);
+  EXPECT_EQ(model.samplers.at(0).wrapT, TINYGLTF_TEXTURE_WRAP_REPEAT);
+}
+
+TEST_P(RoundTrip, MissingImageFilesAreLeftOut) {
+  zyltest::SampleScene sample = zyltest::MakeSampleScene(manager, folder.File("absent.png"));
+  WriteAndLoad(*sample.scene);
+  EXPECT_TRUE(model.images.empty());
+  EXPECT_NE(std::find(leftOut.begin(), leftOut.end(), "textures whose image file was not found"), leftOut.end());
+}
+
 TEST_P(RoundTrip, ExampleSceneKeepsGlobalMatricesAndVertices) {
   zyldae::ReadResult read = zyldae::ReadDocument(ZYL_SOURCE_DIR "/examples/scene.dae");
   ASSERT_TRUE(read.ok);

@@ -1,5 +1,6 @@
 #include "tests/gltf/sample_scene.h"
 
+#include <fstream>
 #include <string>
 
 namespace zyltest {
@@ -109,9 +110,31 @@ void AddSkin(KZylSdkManager& manager, KZylNode& meshNode, KZylMesh& mesh, KZylNo
   }
 }
 
+// The diffuse texture of the first polygon, by polygon through an index.
+void AddTexture(KZylSdkManager& manager, KZylMesh& mesh, const std::string& file) {
+  KZylTexture* texture = KZylTexture::Create(&manager, "pixel");
+  texture->SetFileName(file.c_str());
+  texture->SetWrapMode(KZylTexture::eClamp, KZylTexture::eRepeat);
+  KZylLayerElementTexture* element = manager.CreateKZylLayerElementTexture("");
+  element->SetMappingMode(KZylLayerElement::eByPolygon);
+  element->SetReferenceMode(KZylLayerElement::eIndexToDirect);
+  element->GetDirectArray().Add(texture);
+  for (int slot : {0, -1, -1}) element->GetIndexArray().Add(slot);
+  mesh.GetLayer(0)->SetTextures(KZylLayerElement::eDiffuseTextures, element);
+}
+
 }  // namespace
 
-SampleScene MakeSampleScene(KZylSdkManager& manager) {
+void WriteSamplePng(const std::string& path) {
+  static const unsigned char png[] = {
+      0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48, 0x44, 0x52, 0x00, 0x00,
+      0x00, 0x01, 0x00, 0x00, 0x00, 0x01, 0x08, 0x02, 0x00, 0x00, 0x00, 0x90, 0x77, 0x53, 0xde, 0x00, 0x00, 0x00,
+      0x0c, 0x49, 0x44, 0x41, 0x54, 0x78, 0x9c, 0x63, 0xf8, 0xdf, 0xc0, 0x00, 0x00, 0x04, 0x01, 0x01, 0x80, 0xc5,
+      0x2a, 0x18, 0x5d, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(png), sizeof png);
+}
+
+SampleScene MakeSampleScene(KZylSdkManager& manager, const std::string& textureFile) {
   SampleScene sample;
   sample.scene = KZylScene::Create(&manager, "");
   KZylScene& scene = *sample.scene;
@@ -163,6 +186,7 @@ SampleScene MakeSampleScene(KZylSdkManager& manager) {
   sample.meshNode->SetDefaultT(KZylVector4(0, 0, 7, 1));
   sample.mesh = KZylMesh::Create(&manager, "mesh");
   AddGeometry(manager, *sample.mesh);
+  if (!textureFile.empty()) AddTexture(manager, *sample.mesh, textureFile);
   sample.meshNode->SetNodeAttribute(sample.mesh);
   AddSkin(manager, *sample.meshNode, *sample.mesh, sample.firstJoint);
   KFCurve* smile = sample.meshNode->GetCurrentTakeNode()->GetShapeChannel(sample.mesh, 0);

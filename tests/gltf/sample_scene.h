@@ -4,7 +4,9 @@
 // a mesh with a concave polygon, a polygon with a corner outside its control points, two
 // materials, normals, two UV sets in other mapping and reference modes, vertex colours, a morph
 // shape, a skin with a vertex of six joints, a camera, a light and animation curves of every
-// interpolation.
+// interpolation. With a texture file, the first polygon also gets that diffuse texture.
+
+#include <string>
 
 #include "kit/zylsdk.h"
 
@@ -19,6 +21,9 @@ struct SampleScene {
 };
 
 // Made with `manager`, which owns everything.
-SampleScene MakeSampleScene(zylsdk::KZylSdkManager& manager);
+SampleScene MakeSampleScene(zylsdk::KZylSdkManager& manager, const std::string& textureFile = "");
+
+// Writes a PNG image of one pixel.
+void WriteSamplePng(const std::string& path);
 
 }  // namespace zyltest

@@ -1,12 +1,14 @@
 // The Khronos glTF validator (npm package gltf-validator, run with node) finds no error in the
 // conversion of the example scene and of every corpus document that reads, in both reading
-// modes: the default one written as .gltf with a .bin, the complete one as .glb.
+// modes (the default one written as .gltf with a .bin, the complete one as .glb), and of the
+// scene made in code in both formats.
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 #include "gltf/gltf_writer.h"
+#include "tests/gltf/sample_scene.h"
 #include "tests/support/corpus.h"
 #include "tests/support/documents.h"
 #include "tools/zyldae/json_writer.h"
@@ -42,7 +44,14 @@ TEST(GltfValidator, NoErrorInTheExampleAndTheCorpusInBothModes) {
   std::vector<std::pair<std::string, std::string>> documents{{ZYL_SOURCE_DIR "/examples/scene.dae", "example_scene"}};
   for (const std::string& document : zyltest::CorpusDocuments())
     documents.emplace_back(std::string(ZYL_CORPUS_DIR) + "/" + document, "corpus_" + FlatName(document));
+  // The scene made in code, with a texture: skins, morph targets, every interpolation.
   size_t written = 0;
+  zyltest::WriteSamplePng(folder.File("pixel.png"));
+  for (const char* format : {".gltf", ".glb"}) {
+    zylsdk::KZylSdkManager manager;
+    zyltest::SampleScene sample = zyltest::MakeSampleScene(manager, folder.File("pixel.png"));
+    written += zylgltf::WriteGltfFile(*sample.scene, folder.File(std::string("sample") + format)).ok;
+  }
   for (const auto& [path, name] : documents) {
     written += Convert(path, false, folder.File(name + ".gltf"));
     written += Convert(path, true, folder.File(name + "_complete.glb"));
