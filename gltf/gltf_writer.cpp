@@ -1,6 +1,7 @@
 #include "gltf/gltf_writer.h"
 
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 
 #include "gltf/conversion_context.h"
@@ -59,12 +60,19 @@ GltfReport WriteGltfFile(KZylScene& scene, const std::string& path) {
   options.embedImages = binary;
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
   options.outputFolder = folder.empty() ? "." : folder.string();
+  // The writer of the JSON file does not say when the file cannot be made: try first.
+  if (!std::ofstream(path, std::ios::binary)) return Failure(GltfReport(), "cannot write " + path);
   tinygltf::Model model;
   GltfReport report = BuildGltfModel(scene, options, model);
   if (!report.ok) return report;
   tinygltf::TinyGLTF writer;
   writer.SetImageWriter(KeepImage, nullptr);
-  if (!writer.WriteGltfSceneToFile(&model, path, false, false, !binary, binary)) return Failure(report, "cannot write " + path);
+  if (binary) {
+    std::ofstream out(path, std::ios::binary);
+    if (!writer.WriteGltfSceneToStream(&model, out, false, true) || !out.flush()) return Failure(report, "cannot write " + path);
+  } else if (!writer.WriteGltfSceneToFile(&model, path, false, false, true, false)) {
+    return Failure(report, "cannot write " + path + " or its .bin");
+  }
   return report;
 }
 
