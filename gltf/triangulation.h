@@ -8,9 +8,9 @@
 
 namespace zylgltf {
 
-// Polygons with more corners than this are cut as a fan: ear clipping takes time that grows
-// with the square of the corner count.
-constexpr int kEarClippingLimit = 256;
+// Polygons with more corners than this are cut as a fan: ear clipping a degenerate polygon
+// takes time that grows with the cube of its corner count, and a document may hold many.
+constexpr int kEarClippingLimit = 64;
 
 // Triangles, as positions in `corners`, that cover the polygon with the same winding. A
 // polygon of fewer than three corners gives none.
