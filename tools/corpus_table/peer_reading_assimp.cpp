@@ -1,8 +1,9 @@
 // The peer reader through Assimp's C interface, with no post-processing step: meshes, faces and
 // nodes are the importer's own. The one setting made stops Assimp from inventing a mesh that
-// draws the skeleton when a document instances no geometry. Assimp stops the process on some documents (its assertions are
-// on, and it has crashed on malformed input), so each document is read in a child process that
-// hands its figures back through a pipe; a child that dies or overruns reads as "failed".
+// draws the skeleton when a document instances no geometry. Assimp stops the process on some
+// documents (its assertions are on, and it can crash on malformed input), so each document is
+// read in a child process that hands its figures back through a pipe; a child that dies or
+// overruns reads as "failed".
 
 #include <assimp/cimport.h>
 #include <assimp/config.h>

@@ -1,5 +1,7 @@
 #include "tools/zyldae/scene_stats.h"
 
+#include "tools/zyldae/scene_objects.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -58,7 +60,7 @@ Box UsedPointsBox(const KZylMesh& mesh, const KZylXMatrix& global) {
 SceneStats ComputeStats(const KZylScene& scene) {
   SceneStats stats;
   stats.materials = scene.GetMaterialCount();
-  stats.textures = scene.GetTextureCount();
+  stats.textures = static_cast<int>(SceneObjects(scene).Textures().size());
   for (const KZylNode* node : scene.GetNodes()) {
     ++stats.nodes;
     const KZylGeometry* geometry = node->GetGeometry();

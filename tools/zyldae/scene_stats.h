@@ -23,7 +23,7 @@ struct SceneStats {
   int polygons = 0;
   long long triangles = 0;  // a polygon of n vertices counts n - 2
   int materials = 0;  // connected to the scene
-  int textures = 0;   // connected to the scene
+  int textures = 0;   // those the meshes' layers use: the reader binds textures there, not to the scene
   int skins = 0;
   int clusters = 0;
   int shapes = 0;
