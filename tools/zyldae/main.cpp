@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "kit/version.h"
 #include "reader/xml_document.h"
 #include "tools/zyldae/scene_dump.h"
 #include "tools/zyldae/scene_info.h"
@@ -31,6 +32,7 @@ void ExplainParseFailure(const std::string& file) {
 int main(int argc, char** argv) {
   CLI::App app{"Reads a COLLADA document (.dae) and shows the scene it holds."};
   app.require_subcommand(1);
+  app.set_version_flag("--version", std::string("zyldae ") + ZYLCOLLADA_VERSION_STRING);
   std::string file;
   bool brief = false;
   zyldae::ReadSettings settings;
