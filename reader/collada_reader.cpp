@@ -77,7 +77,10 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   mComplete = options->GetOption("COMPLETE").GetBool();
   mDocument.reset();
   ResetDocumentState();
-  mDocument = ParseXmlFile(mFileName);
+  XmlParseFailure xmlFailure;
+  mDocument = ParseXmlFile(mFileName, &xmlFailure);
+  mXmlFailure.reset();
+  if (!mDocument) mXmlFailure = xmlFailure;
   bool ok = mDocument && ReadCollada(scene, xmlDocGetRootElement(mDocument.get()));
   if (!ok) {
     // The same message for a file that is not XML and for a faulty document. A faulty

@@ -25,6 +25,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -71,6 +72,9 @@ class KZylReaderCollada : public KZylReader {
   // traditional reading skips, refuses or replaces. Set by Read from its options.
   bool IsComplete() const { return mComplete; }
   void SetComplete(bool complete) { mComplete = complete; }
+  // Where and why the last read's file was not well-formed XML; empty when it was, or when
+  // the read failed for another reason.
+  const std::optional<XmlParseFailure>& GetXmlFailure() const { return mXmlFailure; }
   void ResetFileInfo();
   // Kept for the reader interface: links are made while nodes are read. Returns true.
   bool ImportLink(KZylNode& node);
@@ -217,6 +221,7 @@ class KZylReaderCollada : public KZylReader {
   KStringList mReportedFeatures;
   KNumberRenamingStrategy mRenamingStrategy;
   XmlDocumentPtr mDocument;
+  std::optional<XmlParseFailure> mXmlFailure;
   xmlNode* mSceneElement = nullptr;
   xmlNode* mVisualSceneElement = nullptr;
   std::unique_ptr<DocumentState> mState;

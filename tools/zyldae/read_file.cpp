@@ -22,6 +22,10 @@ ReadResult ReadDocument(const KString& path, const ReadSettings& settings) {
   result.lastErrorId = reader->GetLastErrorID();
   result.lastErrorText = reader->GetLastErrorString();
   result.errorText = reader->GetErrorText();
+  if (const auto& failure = static_cast<const KZylReaderCollada&>(*reader).GetXmlFailure()) {
+    result.xmlError = failure->message;
+    result.xmlErrorLine = failure->line;
+  }
   // The reader's end disposes of the placeholder materials nothing uses; the scene stays.
   reader.reset();
   if (KZylUserNotification* notification = result.manager->GetUserNotification())

@@ -18,6 +18,9 @@ struct ReadResult {
   zylsdk::KString lastErrorText;
   zylsdk::KString errorText;
   std::vector<zylsdk::KZylUserNotification::Detail> notifications;
+  // When the file is not well-formed XML: the parser's message and the line where it stopped.
+  zylsdk::KString xmlError;
+  int xmlErrorLine = 0;
 };
 
 // How to read: the read options the tool sets.

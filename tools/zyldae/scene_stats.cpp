@@ -1,5 +1,7 @@
 #include "tools/zyldae/scene_stats.h"
 
+#include <algorithm>
+
 namespace zyldae {
 
 using namespace zylsdk;
@@ -25,6 +27,7 @@ SceneStats ComputeStats(const KZylScene& scene) {
       const KZylMesh& mesh = static_cast<const KZylMesh&>(*attribute);
       ++stats.meshes;
       stats.polygons += mesh.GetPolygonCount();
+      for (int p = 0; p < mesh.GetPolygonCount(); ++p) stats.triangles += std::max(mesh.GetPolygonSize(p) - 2, 0);
       stats.shapes += mesh.GetShapeCount();
       for (int d = 0; d < mesh.GetDeformerCount(KZylDeformer::eSkin); ++d) {
         ++stats.skins;

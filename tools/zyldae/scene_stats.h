@@ -9,6 +9,7 @@ struct SceneStats {
   int nodes = 0;      // below the root
   int meshes = 0;
   int polygons = 0;
+  int triangles = 0;  // of the polygons cut into triangles
   int materials = 0;  // connected to the scene
   int textures = 0;   // connected to the scene
   int skins = 0;
