@@ -8,9 +8,7 @@ set(ZYL_HEADER_DIR ${CMAKE_INSTALL_INCLUDEDIR}/zylcollada)
 
 file(GLOB ZYL_KIT_HEADERS ${PROJECT_SOURCE_DIR}/kit/*.h)
 install(FILES ${ZYL_KIT_HEADERS} ${PROJECT_BINARY_DIR}/generated/kit/version.h DESTINATION ${ZYL_HEADER_DIR}/kit)
-# The reader's header and what it includes.
-install(FILES reader/collada_reader.h reader/id_list.h reader/records.h reader/xml_document.h
-        DESTINATION ${ZYL_HEADER_DIR}/reader)
+install(FILES reader/collada_reader.h DESTINATION ${ZYL_HEADER_DIR}/reader)
 
 install(TARGETS zylkit zylreader EXPORT zylcolladaTargets
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}

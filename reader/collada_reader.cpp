@@ -1,4 +1,4 @@
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 #include <unordered_set>
 
@@ -74,7 +74,7 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
     mError.SetLastErrorID(KError::eInvalidReadOptions);
     return false;
   }
-  mComplete = options->GetOption("COMPLETE").GetBool();
+  mComplete = options->GetOption(kColladaOptionComplete).GetBool();
   mDocument.reset();
   ResetDocumentState();
   XmlParseFailure xmlFailure;

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/nodes/node_steps.h"
 

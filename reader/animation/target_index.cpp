@@ -1,6 +1,6 @@
 #include "reader/animation/target_index.h"
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 
 namespace zylsdk {

@@ -4,7 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 namespace zylsdk {
 namespace {

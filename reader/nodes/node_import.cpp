@@ -2,7 +2,7 @@
 // and its subtree. Hierarchies can be deep, so the recursive ImportNode keeps only a few
 // locals; the work of each child is done in helpers that return before the recursion.
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/nodes/node_steps.h"
 

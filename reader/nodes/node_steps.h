@@ -4,7 +4,7 @@
 
 #include <libxml/tree.h>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 namespace zylsdk {
 

@@ -1,6 +1,6 @@
 #pragma once
-// Reads one document exactly as an application would: a manager, the COLLADA reader from it,
-// FileOpen, GetReadOptions, Read into a fresh scene, FileClose.
+// Reads one document exactly as an application would: ReadColladaFile (reader/collada_reader.h)
+// into a fresh manager of its own.
 
 #include <memory>
 #include <vector>
