@@ -3,18 +3,22 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 EXAMPLE ?= examples/scene.dae
 
-.PHONY: all deps build run test sanitize clean fuzz
+.PHONY: all deps configure build run test sanitize clean fuzz
 
 all: build
 
 deps:
 	@scripts/install-deps.sh
 
-build: deps
+configure: deps
 	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release
+
+build: configure
 	cmake --build $(BUILD) -j$(JOBS)
 
-run: build
+# Builds only what it runs: the libraries and the tool, not the tests and benchmarks.
+run: configure
+	cmake --build $(BUILD) --target zyldae -j$(JOBS)
 	./$(BUILD)/tools/zyldae/zyldae info $(EXAMPLE)
 
 test: build

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 
 namespace zylsdk {

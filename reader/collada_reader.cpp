@@ -1,4 +1,4 @@
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 #include <unordered_set>
 
@@ -74,13 +74,16 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
     mError.SetLastErrorID(KError::eInvalidReadOptions);
     return false;
   }
-  mComplete = options->GetOption("COMPLETE").GetBool();
+  mComplete = options->GetOption(kColladaOptionComplete).GetBool();
   const KZylProperty maxSceneInstances = options->GetOption("MAX SCENE INSTANCES");
   mMaxSceneInstances = maxSceneInstances.IsValid() ? maxSceneInstances.GetInt()
                                                    : KZylStreamOptionsColladaReader::kDefaultSceneInstances;
   mDocument.reset();
   ResetDocumentState();
-  mDocument = ParseXmlFile(mFileName);
+  XmlParseFailure xmlFailure;
+  mDocument = ParseXmlFile(mFileName, &xmlFailure);
+  mXmlFailure.reset();
+  if (!mDocument) mXmlFailure = xmlFailure;
   bool ok = mDocument && ReadCollada(scene, xmlDocGetRootElement(mDocument.get()));
   if (!ok) {
     // The same message for a file that is not XML and for a faulty document. A faulty

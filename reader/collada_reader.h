@@ -1,273 +1,69 @@
 #pragma once
-// KZylReaderCollada: the kit's reader of COLLADA 1.4 documents (.dae).
+// The kit's reader of COLLADA 1.4 documents (.dae): what an application uses.
 //
-// Use it through the manager:
+// The common case, one call:
 //
 //   KZylSdkManager manager;
+//   ColladaReadResult read = ReadColladaFile(manager, "model.dae");
+//   if (read.ok) { ... walk read.scene ... }
+//   for (const auto& message : read.messages) std::puts(message.text.Buffer());
+//
+// The manager's life cycle, for applications that drive readers themselves:
+//
 //   RegisterColladaReader(manager);
-//   std::unique_ptr<KZylReader> reader = manager.CreateReader("model.dae");
+//   std::unique_ptr<KZylReader> reader = manager.CreateReader("dae");
 //   KZylScene* scene = KZylScene::Create(&manager, "");
 //   if (reader->FileOpen("model.dae")) {
 //     KZylStreamOptions* options = reader->GetReadOptions();
+//     options->GetOption(kColladaOptionComplete).Set(true);  // optional
 //     bool ok = reader->Read(*scene, options);
 //     reader->FileClose();
 //   }
 //
-// What the kit cannot represent is reported as a warning ("Warning: ...") to the manager's
-// user notification and skipped; structural faults of the document are reported as errors
-// ("ERROR: ...") and make Read return false, leaving what was made so far in the scene.
+// CreateReader takes an extension or a file name: by file name, a reader exists only for names
+// ending in ".dae". The reader must not outlive its manager.
 //
-// The import steps below are public so that each can be run and tested on its own; an
-// application only needs the KZylReader interface. Every import step returns true on success
-// and also stores its result in the reader's status.
+// What the kit cannot represent is reported as a warning ("Warning: ...") to the manager's user
+// notification and skipped; structural faults of the document are reported as errors
+// ("ERROR: ...") and make the read fail, leaving what was made so far in the scene.
 
-#include "reader/dom/dom.h"
-
-#include <cstdio>
-#include <memory>
-#include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "kit/zylsdk.h"
-#include "reader/element_index.h"
-#include "reader/id_list.h"
-#include "reader/records.h"
-#include "reader/dom/source.h"
-#include "reader/xml_document.h"
 
 namespace zylsdk {
 
 // Registers the COLLADA reader with the manager for the extension "dae".
 void RegisterColladaReader(KZylSdkManager& manager);
 
-// Lookups of the joint re-targeting (reader/nodes/joints.cpp).
-struct JointIndex;
-// Lookups of the animation targets (reader/animation/target_index.h).
-class AnimationTargetIndex;
-// Skin links kept across the copies of visual scenes (reader/nodes/copy_scene.cpp).
-class SceneLinks;
+// The reader's own read option (a bool, false when absent): read completely, that is read
+// everything the kit can represent, where the default reading skips, refuses or replaces.
+inline constexpr const char* kColladaOptionComplete = "COMPLETE";
 
-class KZylReaderCollada : public KZylReader {
- public:
-  explicit KZylReaderCollada(KZylSdkManager& manager);
-  // Closes the file and destroys the placeholder materials that no mesh of a node uses.
-  // The reader must not outlive its manager.
-  ~KZylReaderCollada() override;
-
-  // ---------------------------------------------------------------- file and read entry
-  // Opens the file only to check that it can be opened, and keeps its path; an open file is
-  // closed first. False (last error 3) when it cannot be opened.
-  bool FileOpen(const char* fileName) override;
-  // False (last error 3) when no file is open, or when closing failed; the file is considered
-  // closed either way.
-  bool FileClose() override;
-  bool IsFileOpen() override { return mFile != nullptr; }
-  // New read options, owned by the manager, reporting start 0, frame count 0 and frame rate 0
-  // (the options are made before any read). Null (last error 3) when no file is open.
-  KZylStreamOptions* GetReadOptions(bool parseFile = true) override;
-  // Parses the kept path and reads the document into `scene`. False (last error 6) for null
-  // options; false with the error "Unable to parse xml/dae file\n" when the file is not
-  // well-formed XML or the document is faulty. The options' "COMPLETE" (false when absent)
-  // chooses the complete reading; "MAX SCENE INSTANCES" (its default when absent) how many
-  // instances of one visual scene are copied into the scene.
-  bool Read(KZylScene& scene, KZylStreamOptions* options) override;
-  // True while reading completely: everything the kit can represent is read, where the
-  // traditional reading skips, refuses or replaces. Set by Read from its options.
-  bool IsComplete() const { return mComplete; }
-  void SetComplete(bool complete) { mComplete = complete; }
-  // How much of a source the reading takes (every param and SID_array when complete).
-  SourceRules SourceReadingRules() const { return mComplete ? SourceRules::Everything() : SourceRules{}; }
-  void ResetFileInfo();
-  // Kept for the reader interface: links are made while nodes are read. Returns true.
-  bool ImportLink(KZylNode& node);
-
-  // ---------------------------------------------------------------- diagnostics
-  // Adds "Warning: " / "ERROR: " + text to the manager's user notification, detail code 6;
-  // nothing when the manager has none.
-  void AddNotificationWarning(KString text);
-  void AddNotificationError(KString text);
-  // Adds the warning unless `key` was already reported by this reader; then remembers `key`.
-  // True when the warning was added.
-  bool WarnOnce(const KString& key, const KString& text);
-  // The reported-features list: keys of the warnings given once per reader.
-  bool IsReported(const KString& key) const;
-  void MarkReported(const KString& key);
-  // Splits an animation target "id/path.member" or "path(member)" into its parts.
-  static void SplitReferenceTarget(const KString& target, KString& id, KString& path, KString& member);
-
-  // ---------------------------------------------------------------- document walk
-  bool ReadCollada(KZylScene& scene, DaeElement* root);
-  // The complete reading's walk: the asset wherever it stands (defaults without one), then the
-  // libraries in the order their references need, the first scene last; unknown elements warn.
-  bool ReadAnyStructure(KZylScene& scene, DaeElement* root, KZylSceneInfo*& sceneInfo);
-  // The complete reading skips an element it does not know, with one warning per element name.
-  void SkipUnknownElement(const char* name);
-  bool CheckColladaVersion();
-  bool ImportAsset(DaeElement* asset, KZylScene& scene, KZylSceneInfo& sceneInfo);
-  bool ImportLibrary(KZylScene& scene, DaeElement* library);
-  bool ImportVisualScene(DaeElement* visualScene);
-  bool ImportScene(KZylScene& scene, DaeElement* sceneElement);
-  bool IsNodeExportable(const KString& id);
-
-  // ---------------------------------------------------------------- nodes
-  bool ImportNode(DaeElement* nodeElement, KZylNode& node, KString id);
-  bool ImportTransforms(DaeElement* nodeElement, KZylNode* node);
-  KZylVector4& ImportRotation(DaeElement* rotate, KZylNode* node, int& axis, KZylVector4& rotation);
-  static ERotationOrder ExtrapolateRotationOrder(int positions[3], int count);
-  // Sets a node's default transform from a global matrix (SetGlobalState on a node without
-  // parent).
-  void SetMatrix(KZylNode* node, const KZylXMatrix* matrix);
-  bool ImportNodeAttribute(DaeElement* nodeElement, KZylNode& node, KZylNodeAttribute* attribute);
-  KArrayTemplate<KZylNode*> FindInstances(DaeElement* element, KZylNode* root, KString url);
-  bool ImportLookAt(DaeElement* nodeElement, KZylVector4& position, KZylVector4& interest, KZylVector4& up,
-                    KZylXMatrix& matrix);
-  // Registers the animatable value `sid` of the object named `owner` under "<owner>/<sid>",
-  // once for each axis from `firstAxis` to `lastAxis`. Nothing is recorded for a document
-  // without animations.
-  void RegisterAnimationTargets(const KString& owner, std::string_view sid, const KString& kind, int firstAxis,
-                                int lastAxis);
-
-  // ---------------------------------------------------------------- copies
-  bool CopyScene(KZylScene* destination, KZylScene* source);
-  bool CopyNodeHierarchy(KZylNode* destination, KZylNode* source);
-  bool CopyNode(KZylNode* destination, KZylNode* source);
-  bool CopyNodeAttribute(KZylNode* destination, KZylNode* source);
-  void CopyNodeTransforms(KZylNode* destination, KZylNode* source);
-  void CopyMesh(KZylMesh* destination, KZylMesh* source);
-  // The source is a shape, or the mesh of a morph target.
-  void CopyShape(KZylShape* destination, KZylGeometryBase* source);
-  void CopyCamera(KZylCamera* destination, KZylCamera* source);
-  void CopyLight(KZylLight* destination, KZylLight* source);
-  void CopyNull(KZylNull* destination, KZylNull* source);
-  void CopySkeleton(KZylSkeleton* destination, KZylSkeleton* source);
-  void CopyLink(KZylCluster* destination, KZylCluster* source);
-  void CopyPose(KZylPose* destination, KZylPose* source);
-  // The complete reading's joints: links the clusters of every skin of the visual scene being
-  // built to the joint nodes its controller names (sids under the instance's skeleton roots,
-  // then node ids, then node names) and gives each skin a bind pose of those nodes.
-  void LinkSkinsToJoints();
-  // A new cluster (name ""), remembered in the state's clusters: every cluster the reader
-  // makes is created here.
-  KZylCluster* CreateCluster();
-
-  // ---------------------------------------------------------------- geometry and controllers
-  bool ImportGeometry(DaeElement* geometry);
-  // The complete reading of a geometry: its mesh or convex mesh (a convex hull reads the mesh
-  // of the geometry it names), other kinds skipped with a warning; never fails for its kind.
-  bool ImportAnyGeometry(DaeElement* geometry);
-  // The mesh element a geometry's mesh is read from; null when it has none.
-  DaeElement* MeshElementOf(DaeElement* geometry);
-  // Texture coordinates of `vertices`, one per control point, into layer 0.
-  void SetControlPointUVs(KZylGeometry& geometry, const KArrayTemplate<KZylVector2>& uvs);
-  bool ImportMesh(DaeElement* meshElement, KZylMesh* mesh);
-  bool ImportVertices(DaeElement* meshElement, KZylGeometry* geometry);
-  bool ImportPolygons(DaeElement* meshElement, KZylMesh& mesh);
-  // The primitive elements of a mesh that become polygons, in the order of the mesh's polygons;
-  // the complete reading warns once about line primitives, which the kit cannot hold.
-  KArrayTemplate<DaeElement*> PrimitiveElements(DaeElement* meshElement);
-  bool ImportController(DaeElement* controller);
-  bool ImportVertexWeightsInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters);
-  bool ImportLinkMatricesInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters);
-  bool ImportTargetsInController(DaeElement* morph, KArrayTemplate<KString>& targets, KString& weightSource,
-                                 KArrayTemplate<double>& weights);
-  bool ConnectShapes(KZylGeometry* geometry, KString name, const KArrayTemplate<KString>& targets, KString key,
-                     const KArrayTemplate<double>& weights);
-
-  // ---------------------------------------------------------------- materials and textures
-  bool ImportEffect(DaeElement* effect);
-  bool ImportMaterial(DaeElement* material);
-  bool ImportImage(DaeElement* image);
-  bool ImportTexture(DaeElement* texture, KString effectId, KZylLayerElement::ELayerElementType layerKind);
-
-  // ---------------------------------------------------------------- animation, cameras, lights
-  bool ImportAnimation(DaeElement* animation, KZylScene& scene);
-  bool ImportCamera(DaeElement* camera);
-  bool ImportLight(KZylScene& scene, DaeElement* light);
-
-  // ---------------------------------------------------------------- state, for inspection
-  // Everything the reader registers while it reads one document. Read starts each document
-  // with an empty state.
-  struct DocumentState {
-    IdList<KZylScene> visualScenes;
-    IdList<KZylSurfaceMaterial> materials{IdList<KZylSurfaceMaterial>::kTrackItems};
-    IdList<KZylSurfaceMaterial> effects;
-    IdList<KZylTexture> images;
-    IdList<TextureUseArray> textures;
-    // For the complete reading's material binding: the textures of each effect, and the effect
-    // each material instances.
-    std::unordered_map<KString, const TextureUseArray*> effectTextures;
-    std::unordered_map<KString, KString> materialEffects;
-    IdList<KZylNodeAttribute> nodeAttributes;
-    // The document's elements by id, for the references the complete reading follows anywhere
-    // in the document.
-    ElementIndex elementsById;
-    IdList<ControllerRecord> controllers;
-    IdList<DaeElement> animations;
-    IdList<ChannelRecord> animationTargets;
-    // False for a document without animations: no channel can then look a target up, so none
-    // is recorded.
-    bool recordsAnimationTargets = true;
-    IdList<ShapeRecordList> shapes;
-    KArrayTemplate<KZylPose*> bindPoses;
-    // The complete reading links skins to their joints once a visual scene is built: the node
-    // made for each node element of that visual scene, the skins its nodes received, and where
-    // its bind poses start in the bind pose array.
-    std::unordered_map<const DaeElement*, KZylNode*> nodeOfElement;
-    // The node elements being read (an instance_node naming one of them is a cycle), and how
-    // many nodes the complete reading has read.
-    std::unordered_set<const DaeElement*> openNodeElements;
-    int64_t nodesRead = 0;
-    std::vector<SkinInstance> skinInstances;
-    int firstBindPoseOfScene = 0;
-    // Clusters made by this read, in creation order (joint re-targeting looks at these).
-    std::vector<KZylCluster*> clusters;
-    // Made by the first joint; held through a shared pointer so that its type stays private.
-    std::shared_ptr<JointIndex> jointIndex;
-    // Made by the first animation that needs it; held the same way.
-    std::shared_ptr<AnimationTargetIndex> animationTargetIndex;
-    // Made by the first scene copy; held the same way.
-    std::shared_ptr<SceneLinks> sceneLinks;
-  };
-  const DocumentState& GetState() const { return *mState; }
-  bool GetStatus() const { return mStatus; }
-  const KString& GetColladaVersion() const { return mColladaVersion; }
-  KTime GetAnimationStart() const { return mAnimationStart; }
-  KTime GetAnimationStop() const { return mAnimationStop; }
-  // Placeholder materials replaced by material binding, destroyed with the reader unless a
-  // mesh of a node still uses them.
-  const KSet2<KZylSurfaceMaterial*>& GetMaterialSet() const { return mMaterialSet; }
-  // Puts a placeholder material replaced by material binding into the material set, unless it
-  // is one of the document's materials.
-  void AddToMaterialSet(KZylSurfaceMaterial* material);
-
- private:
-  // Empties the per-document state (everything but the reported features).
-  void ResetDocumentState();
-  // Connects the materials of every mesh of the scene to its node and to the scene.
-  void ConnectMeshMaterials(KZylScene& scene);
-  void DestroyUnusedPlaceholderMaterials();
-
-  FILE* mFile = nullptr;
-  KString mFileName;
-  bool mStatus = false;
-  bool mComplete = false;
-  int mMaxSceneInstances = KZylStreamOptionsColladaReader::kDefaultSceneInstances;
-  KTime mAnimationStart;
-  KTime mAnimationStop;
-  bool mFirstKey = false;  // the next animation key starts the take's time span
-  int64_t mFrameCount = 0;
-  double mFrameRate = 0.0;
-  KString mColladaVersion;
-  KStringList mReportedFeatures;
-  KNumberRenamingStrategy mRenamingStrategy;
-  XmlDocumentPtr mDocument;
-  DaeElement* mSceneElement = nullptr;
-  DaeElement* mVisualSceneElement = nullptr;
-  std::unique_ptr<DocumentState> mState;
-  KSet2<KZylSurfaceMaterial*> mMaterialSet;
-  std::unordered_map<const KZylSurfaceMaterial*, uint64_t> mMaterialSetIds;  // to spot destroyed ones
+// How ReadColladaFile reads.
+struct ColladaReadSettings {
+  bool complete = false;  // the option kColladaOptionComplete
 };
+
+// What ReadColladaFile did.
+struct ColladaReadResult {
+  KZylScene* scene = nullptr;  // a new scene of the manager, made even when the file cannot be opened
+  bool opened = false;         // the file could be opened
+  bool ok = false;             // the read succeeded
+  // The notifications this read added to the manager's user notification, in order.
+  std::vector<KZylUserNotification::Detail> messages;
+  int lastErrorId = 0;  // the reader's last error: 3 when the file could not be opened
+  KString lastErrorText;
+  KString errorText;  // every error text of the read
+  // When the file is not well-formed XML: libxml2's message and the line where it stopped;
+  // empty otherwise.
+  KString xmlError;
+  int xmlErrorLine = 0;
+};
+
+// Reads the file at `path` into a new scene of `manager` through the COLLADA reader (which need
+// not be registered), as the manager's life cycle above does, then ends the reader.
+ColladaReadResult ReadColladaFile(KZylSdkManager& manager, const char* path,
+                                  const ColladaReadSettings& settings = {});
 
 }  // namespace zylsdk

@@ -1,4 +1,4 @@
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 namespace zylsdk {
 namespace {

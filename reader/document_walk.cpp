@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/dom/numbers.h"
 

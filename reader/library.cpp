@@ -3,7 +3,7 @@
 #include <cstring>
 #include <functional>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 
 namespace zylsdk {

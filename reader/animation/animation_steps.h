@@ -11,7 +11,7 @@
 
 #include "reader/animation/element_ids.h"
 #include "reader/animation/target_index.h"
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 namespace zylsdk {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/nodes/node_steps.h"
 

@@ -1,6 +1,6 @@
 // Geometries: one mesh per `geometry`, its control points from `vertices`, then its polygons.
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/geometry/mesh_sources.h"
 

@@ -7,7 +7,7 @@
 
 #include <unordered_set>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/geometry/mesh_sources.h"
 #include "reader/geometry/primitive_lists.h"
 

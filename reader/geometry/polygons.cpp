@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/dom/numbers.h"
 #include "reader/geometry/polygon_layers.h"

@@ -3,7 +3,7 @@
 
 #include <iterator>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/dom/numbers.h"
 

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 
 namespace zylsdk {

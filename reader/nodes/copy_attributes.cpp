@@ -1,7 +1,7 @@
 // Copies of library objects: every node that instances a geometry, camera, light or skin gets
 // an independent object filled from the library one.
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 namespace zylsdk {
 namespace {

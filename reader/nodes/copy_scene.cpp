@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 namespace zylsdk {
 namespace {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/nodes/element_numbers.h"
 #include "reader/nodes/node_steps.h"

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/nodes/node_steps.h"
 

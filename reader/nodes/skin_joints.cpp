@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 
 namespace zylsdk {

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/dom/numbers.h"
 #include "reader/nodes/element_numbers.h"

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/nodes/element_numbers.h"
 #include "reader/objects/parameters.h"

@@ -1,7 +1,7 @@
 // A `light` of library_lights into a light node attribute. An ambient light makes no object:
 // its colour adds to the scene's ambient colour.
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "reader/dom/numbers.h"
 #include "reader/nodes/element_numbers.h"

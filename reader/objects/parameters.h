@@ -3,7 +3,7 @@
 
 #include "reader/dom/dom.h"
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 namespace zylsdk {
 

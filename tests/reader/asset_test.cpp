@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "tests/reader/decimal_comma_locale.h"
 #include "tests/reader/reader_file_test.h"
 

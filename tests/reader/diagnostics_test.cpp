@@ -1,7 +1,7 @@
 // Warnings and errors: their prefixes and detail code, the warn-once keys of the reader, and a
 // manager without user notification.
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "tests/reader/reader_file_test.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // The walk over a document's top level: the root, the version check, the asset first, the
 // order of the libraries, the scene last, and the materials of meshes put into the scene.
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "tests/reader/reader_file_test.h"
 

@@ -1,7 +1,7 @@
 // Library import: which member each library holds and where it goes, the generic library
 // element and its types, unsupported and unknown libraries, and failing members.
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "reader/dom/dom.h"
 #include "tests/reader/reader_file_test.h"
 

@@ -10,7 +10,7 @@
 #include <set>
 #include <string>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "tests/reader/reader_file_test.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 namespace zyltest {
 

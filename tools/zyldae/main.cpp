@@ -1,72 +1,61 @@
-// zyldae: reads a COLLADA document through the kit and shows what it read.
+// zyldae: reads COLLADA documents through the kit and shows what it read.
 //
-//   zyldae info [--complete] FILE           the read, for a person
-//   zyldae dump [--brief] [--complete] FILE the read as JSON
+//   zyldae info [--complete] FILE...           each read, for a person
+//   zyldae dump [--brief] [--complete] FILE... each read as JSON
+//   zyldae convert [--complete] IN OUT.gltf|OUT.glb
+//   zyldae view [--complete] IN [-o OUT.html]
+//   zyldae --version
 //
-// --complete reads everything the kit can represent (the read option "COMPLETE").
+// FILE "-" is standard input. --complete reads everything the kit can represent (the read
+// option "COMPLETE").
 //
-// Exit status: 0 when the read succeeded, 1 when it failed (the output is still written),
-// 2 for a usage error or a file that cannot be opened.
+// Exit status: 0 when every read succeeded, 1 when a read failed (its output is still
+// written), 2 for a usage error or a file that cannot be read.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 
-#include "reader/xml_document.h"
+#include "kit/version.h"
+#include "tools/zyldae/command.h"
 #include "tools/zyldae/convert_command.h"
+#include "tools/zyldae/dump_command.h"
+#include "tools/zyldae/info_command.h"
 #include "tools/zyldae/view_command.h"
-#include "tools/zyldae/scene_dump.h"
-#include "tools/zyldae/scene_info.h"
-
-namespace {
-
-constexpr int kUsageError = 2;
-
-// Says on standard error where the XML is not well formed, when that is why a read failed.
-void ExplainParseFailure(const std::string& file) {
-  zylsdk::XmlParseFailure failure;
-  if (zylsdk::ParseXmlFile(file.c_str(), &failure)) return;
-  std::cerr << file << ":" << failure.line << ": " << failure.message.Std() << '\n';
-}
-
-}  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app{"Reads a COLLADA document (.dae) and shows the scene it holds."};
+  CLI::App app{"Reads COLLADA documents (.dae) and shows the scenes they hold."};
+  app.name("zyldae");
   app.require_subcommand(1);
-  std::string file;
-  bool brief = false;
-  zyldae::ReadSettings settings;
-  const char* const completeHelp = "Read everything the kit can represent (read option COMPLETE)";
-  CLI::App* info = app.add_subcommand("info", "Print the scene for a person");
-  info->add_option("FILE", file, "The .dae file")->required();
-  info->add_flag("--complete", settings.complete, completeHelp);
-  CLI::App* dump = app.add_subcommand("dump", "Write the scene as JSON");
-  dump->add_option("FILE", file, "The .dae file")->required();
-  dump->add_flag("--brief", brief, "Leave out the long arrays, keep their counts");
-  dump->add_flag("--complete", settings.complete, completeHelp);
+  app.set_version_flag("--version", std::string("zyldae ") + ZYLCOLLADA_VERSION_STRING);
+  int status = zyldae::kExitOk;
+  zyldae::AddInfoCommand(app, status);
+  zyldae::AddDumpCommand(app, status);
   zyldae::ConvertCommand convert(app);
   zyldae::ViewCommand view(app);
+
+  if (argc < 2) {
+    std::cerr << app.help();
+    return zyldae::kExitUsage;
+  }
+  // CLI11 would only say that a subcommand is required.
+  const std::vector<CLI::App*> commands = app.get_subcommands([](CLI::App*) { return true; });
+  const bool known = std::any_of(commands.begin(), commands.end(), [&](CLI::App* c) { return c->get_name() == argv[1]; });
+  if (argv[1][0] != '-' && !known) {
+    std::cerr << "zyldae: unknown command " << argv[1] << "\n\n" << app.help();
+    return zyldae::kExitUsage;
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {
     return app.exit(e);
+  } catch (const CLI::CallForVersion& e) {
+    return app.exit(e);
   } catch (const CLI::ParseError& e) {
-    app.exit(e);
-    return kUsageError;
+    std::cerr << "zyldae: " << e.what() << "\n\n" << app.help();
+    return zyldae::kExitUsage;
   }
-
   if (convert.Chosen()) return convert.Run();
   if (view.Chosen()) return view.Run();
-  zyldae::ReadResult read = zyldae::ReadDocument(file.c_str(), settings);
-  if (!read.opened) {
-    std::cerr << "zyldae: cannot open " << file << '\n';
-    return kUsageError;
-  }
-  if (*info) {
-    zyldae::PrintInfo(std::cout, read, file.c_str());
-    if (!read.ok) ExplainParseFailure(file);
-  } else {
-    zyldae::WriteJson(std::cout, zyldae::DumpRead(read, file.c_str(), brief));
-  }
-  return read.ok ? 0 : 1;
+  return status;
 }

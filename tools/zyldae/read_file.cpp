@@ -9,23 +9,18 @@ using namespace zylsdk;
 ReadResult ReadDocument(const KString& path, const ReadSettings& settings) {
   ReadResult result;
   result.manager = std::make_unique<KZylSdkManager>();
-  RegisterColladaReader(*result.manager);
-  std::unique_ptr<KZylReader> reader = result.manager->CreateReader("dae");
-  result.scene = KZylScene::Create(result.manager.get(), "");
-  result.opened = reader->FileOpen(path.Buffer());
-  if (result.opened) {
-    KZylStreamOptions* options = reader->GetReadOptions();
-    options->GetOption("COMPLETE").Set(settings.complete);
-    result.ok = reader->Read(*result.scene, options);
-    reader->FileClose();
-  }
-  result.lastErrorId = reader->GetLastErrorID();
-  result.lastErrorText = reader->GetLastErrorString();
-  result.errorText = reader->GetErrorText();
-  // The reader's end disposes of the placeholder materials nothing uses; the scene stays.
-  reader.reset();
-  if (KZylUserNotification* notification = result.manager->GetUserNotification())
-    result.notifications = notification->GetDetails();
+  ColladaReadSettings readSettings;
+  readSettings.complete = settings.complete;
+  ColladaReadResult read = ReadColladaFile(*result.manager, path.Buffer(), readSettings);
+  result.scene = read.scene;
+  result.opened = read.opened;
+  result.ok = read.ok;
+  result.lastErrorId = read.lastErrorId;
+  result.lastErrorText = read.lastErrorText;
+  result.errorText = read.errorText;
+  result.notifications = std::move(read.messages);
+  result.xmlError = read.xmlError;
+  result.xmlErrorLine = read.xmlErrorLine;
   return result;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// Reads one document exactly as an application would: a manager, the COLLADA reader from it,
-// FileOpen, GetReadOptions, Read into a fresh scene, FileClose.
+// Reads one document exactly as an application would: ReadColladaFile (reader/collada_reader.h)
+// into a fresh manager of its own.
 
 #include <memory>
 #include <vector>
@@ -18,6 +18,9 @@ struct ReadResult {
   zylsdk::KString lastErrorText;
   zylsdk::KString errorText;
   std::vector<zylsdk::KZylUserNotification::Detail> notifications;
+  // When the file is not well-formed XML: the parser's message and the line where it stopped.
+  zylsdk::KString xmlError;
+  int xmlErrorLine = 0;
 };
 
 // How to read: the read options the tool sets.

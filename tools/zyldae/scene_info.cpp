@@ -1,10 +1,13 @@
 #include "tools/zyldae/scene_info.h"
 
-#include "tools/zyldae/scene_objects.h"
-
+#include <cmath>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tools/zyldae/scene_bounds.h"
+#include "tools/zyldae/scene_objects.h"
+#include "tools/zyldae/scene_stats.h"
 
 namespace zyldae {
 
@@ -17,15 +20,82 @@ const char* const kCurveNames[KZylTakeNode::eChannelCount] = {
     "T.X", "T.Y", "T.Z", "R.X", "R.Y", "R.Z", "S.X", "S.Y", "S.Z",
     "Color.R", "Color.G", "Color.B", "Intensity", "ConeAngle", "FieldOfView"};
 
+// Lengths with a name of their own, in centimetres.
+struct NamedUnit {
+  const char* name;
+  double centimetres;
+};
+const NamedUnit kNamedUnits[] = {{"millimetre", 0.1}, {"centimetre", 1},   {"inch", 2.54},
+                                 {"foot", 30.48},     {"yard", 91.44},     {"metre", 100},
+                                 {"kilometre", 100000}, {"mile", 160934.4}};
+
+// "3 polygons", "1 polygon".
+std::string Counted(int count, const char* singular, const char* plural) {
+  return std::to_string(count) + " " + (count == 1 ? singular : plural);
+}
+
+std::string Number(double value) {
+  std::ostringstream text;
+  text << value;
+  return text.str();
+}
+
+// "Z up, -Y front, right-handed". The front axis is one of the two axes other than the up
+// axis: the first of them for even parity, the second for odd; a negative front points the
+// other way.
+std::string AxesLine(const KZylAxisSystem& axes) {
+  const char* const names = "XYZ";
+  int up = std::abs(axes.GetUpVector());
+  int front = std::abs(axes.GetFrontVector());
+  if (up < 1 || up > 3 || front < 1 || front > 2)
+    return "up " + std::to_string(axes.GetUpVector()) + ", front " + std::to_string(axes.GetFrontVector());
+  int others[2];
+  for (int axis = 1, next = 0; axis <= 3; ++axis)
+    if (axis != up) others[next++] = axis;
+  std::string text;
+  if (axes.GetUpVector() < 0) text += '-';
+  text += std::string(1, names[up - 1]) + " up, ";
+  if (axes.GetFrontVector() < 0) text += '-';
+  text += std::string(1, names[others[front - 1] - 1]) + " front, ";
+  text += axes.GetCoorSystem() == KZylAxisSystem::eLeftHanded ? "left-handed" : "right-handed";
+  return text;
+}
+
+// "1 inch = 2.54 cm"; a length without a name of its own is "1 unit".
+std::string UnitLine(double centimetres) {
+  std::string name = "unit";
+  for (const NamedUnit& unit : kNamedUnits)
+    if (std::fabs(centimetres - unit.centimetres) <= 1e-9 * unit.centimetres) name = unit.name;
+  return "1 " + name + " = " + Number(centimetres) + " cm";
+}
+
+std::string TotalsLine(const SceneStats& stats) {
+  return Counted(stats.nodes, "node", "nodes") + ", " + Counted(stats.meshes, "mesh", "meshes") + ", " +
+         Counted(stats.polygons, "polygon", "polygons") + ", " + Counted(stats.triangles, "triangle", "triangles") +
+         ", " + Counted(stats.materials, "material", "materials") + ", " +
+         Counted(stats.textures, "texture", "textures") + ", " + Counted(stats.skins, "skin", "skins") + ", " +
+         Counted(stats.shapes, "shape", "shapes") + ", " + Counted(stats.curves, "curve", "curves");
+}
+
+std::string BoundsLine(const Bounds& bounds) {
+  if (bounds.empty) return "none (no mesh has a point)";
+  auto point = [](const double* xyz) {
+    return "(" + Number(xyz[0]) + ", " + Number(xyz[1]) + ", " + Number(xyz[2]) + ")";
+  };
+  return point(bounds.min) + " to " + point(bounds.max);
+}
+
 std::string Quoted(const KString& name) { return name.IsEmpty() ? std::string("(no name)") : name.Std(); }
 
 std::string MeshSummary(const KZylMesh& mesh) {
   std::ostringstream text;
-  text << "mesh: " << mesh.GetControlPointsCount() << " control points, " << mesh.GetPolygonCount() << " polygons, "
-       << mesh.GetLayerCount() << (mesh.GetLayerCount() == 1 ? " layer" : " layers");
+  text << "mesh: " << Counted(mesh.GetControlPointsCount(), "control point", "control points") << ", "
+       << Counted(mesh.GetPolygonCount(), "polygon", "polygons") << ", "
+       << Counted(mesh.GetLayerCount(), "layer", "layers");
   for (int d = 0; d < mesh.GetDeformerCount(KZylDeformer::eSkin); ++d)
-    text << ", skin of " << static_cast<KZylSkin*>(mesh.GetDeformer(d, KZylDeformer::eSkin))->GetClusterCount()
-         << " clusters";
+    text << ", skin of "
+         << Counted(static_cast<KZylSkin*>(mesh.GetDeformer(d, KZylDeformer::eSkin))->GetClusterCount(), "cluster",
+                    "clusters");
   if (mesh.GetShapeCount() > 0) {
     text << ", shapes";
     for (int s = 0; s < mesh.GetShapeCount(); ++s) text << (s ? ", " : " ") << mesh.GetShapeName(s).Std();
@@ -103,12 +173,15 @@ void PrintInfo(std::ostream& out, const ReadResult& read, const KString& file) {
   }
   const KZylScene& scene = *read.scene;
   const KZylAxisSystem& axes = scene.GetGlobalSettings().GetAxisSystem();
-  out << "Axis system: up " << axes.GetUpVector() << ", front " << axes.GetFrontVector() << ", coordinates "
-      << axes.GetCoorSystem() << "; unit " << scene.GetGlobalSettings().GetSystemUnit().GetScaleFactor() << " cm\n";
+  out << "Axes: " << AxesLine(axes) << '\n';
+  out << "Unit: " << UnitLine(scene.GetGlobalSettings().GetSystemUnit().GetScaleFactor()) << '\n';
   if (const KZylSceneInfo* info = scene.GetSceneInfo()) {
     if (!info->mAuthor.IsEmpty()) out << "Author: " << info->mAuthor.Std() << '\n';
     if (!info->mTitle.IsEmpty()) out << "Title: " << info->mTitle.Std() << '\n';
   }
+  const SceneStats stats = ComputeStats(scene);
+  out << "Totals: " << TotalsLine(stats) << '\n';
+  out << "Bounding box (world): " << BoundsLine(ComputeBounds(scene)) << '\n';
   out << "Nodes:\n";
   if (scene.GetRootNode()) PrintTree(out, *scene.GetRootNode());
   const SceneObjects objects(scene);
@@ -126,15 +199,18 @@ void PrintInfo(std::ostream& out, const ReadResult& read, const KString& file) {
     out << "Poses:\n";
     for (int i = 0; i < scene.GetPoseCount(); ++i) {
       const KZylPose* pose = scene.GetPose(i);
-      out << "  " << Quoted(pose->GetName()) << (pose->IsBindPose() ? " (bind pose, " : " (") << pose->GetCount()
-          << " nodes)\n";
+      out << "  " << Quoted(pose->GetName()) << (pose->IsBindPose() ? " (bind pose, " : " (")
+          << Counted(pose->GetCount(), "node", "nodes") << ")\n";
     }
   }
   for (int i = 0; i < scene.GetTakeCount(); ++i) {
     const KZylTakeInfo* take = scene.GetTakeInfo(i);
-    out << "Take: " << take->mName.Std() << ", " << take->mLocalTimeSpan.GetStart().GetSecondDouble() << " s to "
-        << take->mLocalTimeSpan.GetStop().GetSecondDouble() << " s"
-        << (take->mName == scene.GetCurrentTakeName() ? " (current)" : "") << '\n';
+    out << "Take: " << take->mName.Std() << (take->mName == scene.GetCurrentTakeName() ? " (current)" : "") << ", ";
+    if (stats.curves == 0)
+      out << "no animation\n";
+    else
+      out << take->mLocalTimeSpan.GetStart().GetSecondDouble() << " s to "
+          << take->mLocalTimeSpan.GetStop().GetSecondDouble() << " s\n";
   }
 }
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
 #include "tests/support/documents.h"
 
 namespace {
