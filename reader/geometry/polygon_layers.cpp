@@ -1,5 +1,8 @@
 #include "reader/geometry/polygon_layers.h"
 
+#include <algorithm>
+#include <climits>
+
 #include "reader/dom/dom.h"
 
 namespace zylsdk {
@@ -22,18 +25,21 @@ void AppendNormals(KZylLayerElementNormal& element, const KString& name, const K
   lists.ForEachValue(offset, [&](int index) { out.push_back(index >= 0 && index < count ? values[index] : KZylVector4()); });
 }
 
-// Colours and texture coordinates: an index per polygon vertex, and the source's values once
-// per source. Indices are kept as written, never rebased onto values already in the element.
+// Colours and texture coordinates: an index per polygon vertex, each moved by the placement's
+// base, and the source's values when the placement asks for them.
 template <class Element, class T>
-void AppendIndexed(Element& element, const KString& name, const KArrayTemplate<T>& values, bool sourceSeen,
-                   const PrimitiveLists& lists, int offset) {
+void AppendIndexed(Element& element, const KString& name, const KArrayTemplate<T>& values,
+                   const SourcePlacement& placement, const PrimitiveLists& lists, int offset) {
   element.SetMappingMode(KZylLayerElement::eByPolygonVertex);
   element.SetReferenceMode(KZylLayerElement::eIndexToDirect);
   element.SetName(name);
   KArrayTemplate<int>& indices = element.GetIndexArray();
   ReserveMore(indices, lists.GetTotalVertexCount());
-  lists.ForEachValue(offset, [&](int index) { indices.Add(index); });
-  if (sourceSeen) return;
+  const int base = placement.base;
+  lists.ForEachValue(offset, [&](int index) {
+    indices.Add(index >= 0 && base > 0 ? static_cast<int>(std::min<int64_t>(int64_t{index} + base, INT_MAX)) : index);
+  });
+  if (!placement.appendValues) return;
   KArrayTemplate<T>& direct = element.GetDirectArray();
   ReserveMore(direct, values.GetCount());
   for (const T& value : values) direct.Add(value);
@@ -61,7 +67,7 @@ bool PolygonLayers::Import(const AttributeInput& input, const PrimitiveLists& li
                                  "> for <input>");
     return false;
   }
-  const bool seen = !mSeenSources.insert(input.source).second;
+  const bool seenInMesh = !mSeenSources.insert(input.source).second;
   const KString name = DAE_GetProperty(source, "name");
   KZylSdkManager* manager = mMesh.GetZylSdkManager();
 
@@ -76,7 +82,9 @@ bool PolygonLayers::Import(const AttributeInput& input, const PrimitiveLists& li
     if (!colors) return false;
     if (!layer.GetVertexColors() || GivesWay(layer.GetVertexColors()))
       layer.SetVertexColors(manager->CreateKZylLayerElementVertexColor(""));
-    AppendIndexed(*layer.GetVertexColors(), name, *colors, seen, lists, input.offset);
+    KZylLayerElementVertexColor& element = *layer.GetVertexColors();
+    AppendIndexed(element, name, *colors, Place(element, element.GetDirectArray().GetCount(), input.source, seenInMesh),
+                  lists, input.offset);
   } else if (input.semantic == "UV" || input.semantic == "TEXCOORD") {
     const KArrayTemplate<KZylVector2>* uvs = Values<KZylVector2>(input.source);
     if (!uvs) return false;
@@ -84,11 +92,20 @@ bool PolygonLayers::Import(const AttributeInput& input, const PrimitiveLists& li
     const auto channel = KZylLayerElement::eDiffuseTextures;
     if (!layer.GetUVs(channel) || GivesWay(layer.GetUVs(channel)))
       layer.SetUVs(manager->CreateKZylLayerElementUV(""), channel);
-    AppendIndexed(*layer.GetUVs(channel), name, *uvs, seen, lists, input.offset);
+    KZylLayerElementUV& element = *layer.GetUVs(channel);
+    AppendIndexed(element, name, *uvs, Place(element, element.GetDirectArray().GetCount(), input.source, seenInMesh),
+                  lists, input.offset);
   } else {
     mReader.AddNotificationWarning("Unknown property for polygons: " + input.semantic);
   }
   return true;
+}
+
+SourcePlacement PolygonLayers::Place(const KZylLayerElement& element, int valueCount, const KString& source,
+                                     bool seenInMesh) {
+  if (!mReader.IsComplete()) return {!seenInMesh, 0};
+  auto placed = mSourceBases[&element].emplace(source, valueCount);
+  return {placed.second, placed.first->second};
 }
 
 bool PolygonLayers::GivesWay(const KZylLayerElement* element) const {

@@ -5,6 +5,7 @@
 
 #include "reader/dom/dom.h"
 
+#include <unordered_map>
 #include <unordered_set>
 
 #include "reader/collada_import.h"
@@ -21,6 +22,13 @@ struct AttributeInput {
   KString source;
 };
 
+// Where an input's values go in its layer element: whether they are appended, and what its
+// indices are moved by to reach them.
+struct SourcePlacement {
+  bool appendValues;
+  int base;
+};
+
 // Reads the attribute inputs of every element of one mesh, in order.
 class PolygonLayers {
  public:
@@ -35,6 +43,11 @@ class PolygonLayers {
 
  private:
   KZylLayer& LayerOfSet(int set);
+  // The traditional reading appends a source's values once per mesh, to the first element that
+  // uses it, and never moves indices; the complete reading gives each element the values of
+  // every source it uses, once, and moves the indices onto them. `valueCount`: the element's
+  // values so far.
+  SourcePlacement Place(const KZylLayerElement& element, int valueCount, const KString& source, bool seenInMesh);
   // True when the polygons' own element replaces `element`: in the complete reading, the
   // colours and UVs that `vertices` gave by control point give way to those of the polygons.
   bool GivesWay(const KZylLayerElement* element) const;
@@ -46,6 +59,8 @@ class PolygonLayers {
   MeshSources mSources;
   // Sources already met in this mesh, by their attribute as written.
   std::unordered_set<KString> mSeenSources;
+  // For the complete reading: where each source's values start in each element.
+  std::unordered_map<const KZylLayerElement*, std::unordered_map<KString, int>> mSourceBases;
   bool mNormalsRead = false;
 };
 

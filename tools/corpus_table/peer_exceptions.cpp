@@ -33,28 +33,15 @@ const std::vector<PeerException> kExceptions = {
      "translate, so the translation must be rotated too; it is applied unrotated (top of the box at "
      "z 5.33 instead of 8.13)."},
     {"assimp/cube_emptyTags.dae", Kind::eReadingToCome, "a missing asset in library_cameras is fatal."},
-    {"pycollada/empty_triangles.dae", Kind::eReadingToCome, "a missing asset in library_geometries is fatal."},
-    {"pycollada/empty_triangles_with_multiple_ns.dae", Kind::eReadingToCome,
-     "a missing asset in library_geometries is fatal."},
-    {"assimp/cube_tristrips.dae", Kind::eReadingToCome,
-     "a library after the visual scene that uses it is not found (#PerspCamera)."},
-    {"bullet3/Havok5.5toColladaPhysics.dae", Kind::eReadingToCome,
-     "a library after the visual scene that uses it is not found (#BulletUnnamed-0-Geometry)."},
     {"bullet3/kuka_lwr_jr3_stabilo_sketchup.dae", Kind::eReadingToCome,
      "a library after the visual scene that uses it is not found (#ID2)."},
     {"gazebo_models/cafe_sketchup.dae", Kind::eReadingToCome,
      "a library after the visual scene that uses it is not found (#ID566)."},
-    {"assimp/teapot_instancenodes.dae", Kind::eReadingToCome, "instance_node is fatal."},
     {"collada_robots/unimation_pumaarm_v15.dae", Kind::eReadingToCome, "instance_node is fatal."},
-    {"cts/library_nodes_joints_in_ln.dae", Kind::eReadingToCome, "instance_node is fatal."},
-    {"cts/node_instance_node_of_light.dae", Kind::eReadingToCome, "instance_node is fatal."},
-    {"cts/uri_external_node.dae", Kind::eReadingToCome, "instance_node (of another file) is fatal."},
     {"gazebo_models/cessna_body_sketchup.dae", Kind::eReadingToCome, "instance_node is fatal."},
     {"pycollada/wam_openrave_v15.dae", Kind::eReadingToCome, "instance_node is fatal."},
     {"cts/morph_on_morph.dae", Kind::eReadingToCome,
      "a morph whose source is another controller (#morph1) is fatal."},
-    {"cts/v15_kinematics_link_rotate_translate.dae", Kind::eReadingToCome,
-     "an unknown element in the scene (instance_kinematics_scene) is fatal."},
 };
 
 }  // namespace

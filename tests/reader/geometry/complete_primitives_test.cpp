@@ -102,6 +102,24 @@ TEST(CompletePrimitives, HoledPolygonsKeepTheirOutlineWithAWarning) {
   EXPECT_EQ(PolygonVertices(FirstNodeAttribute(dump)), Polygons({{0, 1, 2}, {0, 1, 2, 3}}));
 }
 
+TEST(CompletePrimitives, EachLayerHoldsTheValuesOfTheSourcesItUses) {
+  // One source for two UV sets, and a second source after it on the first set: every element
+  // gets its own values, and indices point at them.
+  const std::string texcoord = "<input semantic=\"TEXCOORD\" offset=\"0\" source=";
+  const std::string triangles = "<triangles>" + VertexInput() + texcoord + "\"#uv\" set=\"0\"/>" + texcoord +
+                                "\"#uv\" set=\"1\"/><p>0 1 2</p></triangles>" + "<triangles>" + VertexInput() +
+                                texcoord + "\"#other\" set=\"0\"/><p>0 2 3</p></triangles>";
+  const zyldae::Json dump = DumpText(
+      SquareMeshScene(FloatSource("uv", "0 0  1 0  1 1  0 1", 2) + FloatSource("other", "5 5  6 6  7 7  8 8", 2) +
+                      triangles),
+      false, Complete());
+  const zyldae::Json& layers = FirstNodeAttribute(dump)["layers"];
+  EXPECT_EQ(layers[0]["uvs"]["3"]["directCount"], 8);
+  EXPECT_EQ(layers[0]["uvs"]["3"]["index"], zyldae::Json::parse("[0,1,2,4,6,7]"));
+  EXPECT_EQ(layers[1]["uvs"]["3"]["directCount"], 4);
+  EXPECT_EQ(layers[1]["uvs"]["3"]["index"], zyldae::Json::parse("[0,1,2]"));
+}
+
 TEST(CompletePrimitives, MaterialsAreIndexedPerPolygon) {
   const zyldae::Json dump = DumpText(
       SquareMeshScene("<triangles material=\"a\">" + VertexInput() + "<p>0 1 2  0 2 3</p></triangles>" +

@@ -24,9 +24,10 @@ const std::string kTexturedProfile =
 
 // Two triangles of the symbol "sym" with UV sets 0 and 1.
 std::string TexturedMesh() {
-  return FloatSource("uv", "0 0  1 0  1 1  0 1", 2) + "<triangles material=\"sym\">" + VertexInput() +
+  return FloatSource("uv", "0 0  1 0  1 1  0 1", 2) + FloatSource("uv1", "0 0  2 0  2 2  0 2", 2) +
+         "<triangles material=\"sym\">" + VertexInput() +
          "<input semantic=\"TEXCOORD\" source=\"#uv\" offset=\"0\" set=\"0\"/>"
-         "<input semantic=\"TEXCOORD\" source=\"#uv\" offset=\"0\" set=\"1\"/><p>0 1 2  0 2 3</p></triangles>";
+         "<input semantic=\"TEXCOORD\" source=\"#uv1\" offset=\"0\" set=\"1\"/><p>0 1 2  0 2 3</p></triangles>";
 }
 
 std::string Binding(const std::string& vertexInput) {
