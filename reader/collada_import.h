@@ -163,6 +163,8 @@ class KZylReaderCollada : public KZylReader {
 
   // ---------------------------------------------------------------- materials and textures
   bool ImportEffect(DaeElement* effect);
+  // The complete reading's images declared inside an effect or its profiles.
+  void ImportEffectImages(DaeElement* effect);
   bool ImportMaterial(DaeElement* material);
   bool ImportImage(DaeElement* image);
   bool ImportTexture(DaeElement* texture, KString effectId, KZylLayerElement::ELayerElementType layerKind);

@@ -104,6 +104,7 @@ void SetValue(KZylSurfaceMaterial& material, const ParameterRule& rule, bool new
 
 bool KZylReaderCollada::ImportEffect(DaeElement* effect) {
   const KString id = DAE_GetProperty(effect, "id");
+  if (mComplete) ImportEffectImages(effect);
   DaeElement* profile = findChildByType(effect, "profile_COMMON");
   DaeElement* shading = firstChildElement(getTechniqueNode(profile));
   if (!shading && mComplete) {
@@ -154,6 +155,15 @@ bool KZylReaderCollada::ImportEffect(DaeElement* effect) {
   }
   mState->effects.Add(id, material);
   return true;
+}
+
+void KZylReaderCollada::ImportEffectImages(DaeElement* effect) {
+  // COLLADA 1.4 lets an effect, and each of its profiles, declare images of their own.
+  for (DaeElement* child = firstChildElement(effect); child; child = nextSiblingElement(child)) {
+    if (DAE_IsElement(child, "image")) ImportImage(child);
+    for (DaeElement* inner = firstChildElement(child); inner; inner = nextSiblingElement(inner))
+      if (DAE_IsElement(inner, "image")) ImportImage(inner);
+  }
 }
 
 bool KZylReaderCollada::ImportMaterial(DaeElement* materialElement) {

@@ -80,14 +80,36 @@ void PlaceBoundTextures(const NodeImportContext& context, const std::vector<Boun
   }
 }
 
-// Binds one `instance_material`: false after an error.
+// The slots of each symbol in layer 0's material element, in order: the complete reading binds
+// every slot of a symbol (a mesh has one per primitive element that names it).
+using SlotsBySymbol = std::unordered_map<KString, std::vector<int>>;
+
+SlotsBySymbol IndexSlots(const KZylMesh& mesh) {
+  SlotsBySymbol slots;
+  const KZylLayer* layer = mesh.GetLayer(0);
+  const KZylLayerElementMaterial* element = layer ? layer->GetMaterials() : nullptr;
+  if (!element) return slots;
+  const KArrayTemplate<KZylSurfaceMaterial*>& materials = element->GetDirectArray();
+  for (int i = 0; i < materials.GetCount(); ++i)
+    if (materials[i]) slots[materials[i]->GetName()].push_back(i);
+  return slots;
+}
+
+// Binds one `instance_material`: false after an error. The traditional reading binds the first
+// slot of the symbol; with `slotsBySymbol`, every slot of it is bound.
 bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial, const KZylNode& node, KZylMesh& mesh,
-                  std::vector<BoundMaterial>& bound) {
+                  const SlotsBySymbol* slotsBySymbol, std::vector<BoundMaterial>& bound) {
   KZylReaderCollada& reader = context.reader;
   const KString symbol = DAE_GetProperty(instanceMaterial, "symbol");
   const KString target = DAE_GetProperty(instanceMaterial, "target");
-  const int slot = mesh.GMI(symbol, 0);
-  if (slot < 0) {
+  std::vector<int> slots;
+  if (!slotsBySymbol) {
+    const int slot = mesh.GMI(symbol, 0);
+    if (slot >= 0) slots.push_back(slot);
+  } else if (auto found = slotsBySymbol->find(symbol); found != slotsBySymbol->end()) {
+    slots = found->second;
+  }
+  if (slots.empty()) {
     reader.AddNotificationWarning("material of symbol " + symbol + " not found for node " + node.GetName());
     return true;
   }
@@ -103,9 +125,11 @@ bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial
   if (!element) return true;
   element->SetReferenceMode(KZylLayerElement::eIndexToDirect);
   KArrayTemplate<KZylSurfaceMaterial*>& materials = element->GetDirectArray();
-  reader.AddToMaterialSet(materials.RemoveAt(slot));
-  materials.InsertAt(slot, context.state.materials.Get(found));
-  bound.push_back({instanceMaterial, target.Mid(1), slot});
+  for (const int slot : slots) {
+    reader.AddToMaterialSet(materials[slot]);
+    materials[slot] = context.state.materials.Get(found);
+    bound.push_back({instanceMaterial, target.Mid(1), slot});
+  }
   return true;
 }
 
@@ -113,6 +137,8 @@ bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial
 
 bool BindMaterials(const NodeImportContext& context, DaeElement* instance, const KZylNode& node, KZylMesh& mesh) {
   std::vector<BoundMaterial> bound;
+  const bool complete = context.reader.IsComplete();
+  const SlotsBySymbol slotsBySymbol = complete ? IndexSlots(mesh) : SlotsBySymbol();
   for (DaeElement* binding = firstChildElement(instance); binding; binding = nextSiblingElement(binding)) {
     if (!DAE_IsElement(binding, "bind_material")) continue;
     DaeElement* technique = getTechniqueCommonNode(binding);
@@ -121,9 +147,11 @@ bool BindMaterials(const NodeImportContext& context, DaeElement* instance, const
       return false;
     }
     for (DaeElement* child = firstChildElement(technique); child; child = nextSiblingElement(child))
-      if (DAE_IsElement(child, "instance_material") && !BindMaterial(context, child, node, mesh, bound)) return false;
+      if (DAE_IsElement(child, "instance_material") &&
+          !BindMaterial(context, child, node, mesh, complete ? &slotsBySymbol : nullptr, bound))
+        return false;
   }
-  if (context.reader.IsComplete()) PlaceBoundTextures(context, bound, mesh);
+  if (complete) PlaceBoundTextures(context, bound, mesh);
   return true;
 }
 

@@ -79,5 +79,28 @@ TEST(CompleteTextures, EffectWithoutCommonProfileReadsAsADefaultLambert) {
   EXPECT_EQ(dump["scene"]["materials"][0]["class"], "lambert");
 }
 
+TEST(CompleteTextures, ImagesDeclaredInsideTheEffectAreFound) {
+  const std::string profile =
+      "<profile_COMMON><image id=\"inner\"><init_from>inner.png</init_from></image>"
+      "<newparam sid=\"surf\"><surface type=\"2D\"><init_from>inner</init_from></surface></newparam>"
+      "<newparam sid=\"samp\"><sampler2D><source>surf</source></sampler2D></newparam>"
+      "<technique sid=\"t\"><lambert><diffuse><texture texture=\"samp\" texcoord=\"UVSET0\"/></diffuse>"
+      "</lambert></technique></profile_COMMON>";
+  const zyldae::Json dump = DumpText(SquareMeshScene(TexturedMesh(), Binding(""), Libraries(profile)), false, Complete());
+  ASSERT_TRUE(dump["ok"]);
+  ASSERT_EQ(dump["scene"]["textures"].size(), 1u);
+  EXPECT_EQ(dump["scene"]["textures"][0]["fileName"], "inner.png");
+}
+
+TEST(CompleteTextures, EverySlotOfASymbolIsBound) {
+  // Two primitive elements name one symbol: both slots take the bound material.
+  const std::string triangles = "<triangles material=\"sym\">" + VertexInput() + "<p>0 1 2</p></triangles>";
+  const zyldae::Json dump = DumpText(SquareMeshScene(triangles + triangles, Binding(""), Libraries(kTexturedProfile)),
+                                     false, Complete());
+  ASSERT_TRUE(dump["ok"]);
+  ASSERT_EQ(dump["scene"]["materials"].size(), 1u);
+  EXPECT_EQ(dump["scene"]["materials"][0]["name"], "mat");
+}
+
 }  // namespace
 }  // namespace zyltest
