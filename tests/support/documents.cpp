@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -68,10 +69,12 @@ std::string Slurp(const std::string& path) {
 
 }  // namespace
 
-ToolRun RunTool(const std::string& arguments) {
+ToolRun RunTool(const std::string& arguments) { return RunCommand(std::string(ZYLDAE_PATH) + " " + arguments); }
+
+ToolRun RunCommand(const std::string& commandLine) {
   TempFile out("", ".out");
   TempFile err("", ".err");
-  std::string command = std::string(ZYLDAE_PATH) + " " + arguments + " >" + out.Path() + " 2>" + err.Path();
+  std::string command = commandLine + " >" + out.Path() + " 2>" + err.Path();
   int raw = std::system(command.c_str());
   ToolRun run;
   run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
@@ -84,6 +87,20 @@ long PeakResidentKilobytes() {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   return usage.ru_maxrss;
+}
+
+bool HasProgram(const std::string& name) { return RunCommand("command -v " + name).status == 0; }
+
+TempFolder::TempFolder() {
+  static int count = 0;
+  mPath = (std::filesystem::temp_directory_path() /
+           ("zyltest-" + std::to_string(::getpid()) + "-" + std::to_string(count++))).string();
+  std::filesystem::create_directories(mPath);
+}
+
+TempFolder::~TempFolder() {
+  std::error_code error;
+  std::filesystem::remove_all(mPath, error);
 }
 
 }  // namespace zyltest

@@ -53,5 +53,23 @@ struct ToolRun {
   std::string err;
 };
 ToolRun RunTool(const std::string& arguments);
+// Runs a shell command line the same way.
+ToolRun RunCommand(const std::string& commandLine);
+// Whether the shell finds the program.
+bool HasProgram(const std::string& name);
+
+// An empty folder that is removed, with its contents, when the object goes.
+class TempFolder {
+ public:
+  TempFolder();
+  ~TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  const std::string& Path() const { return mPath; }
+  std::string File(const std::string& name) const { return mPath + "/" + name; }
+
+ private:
+  std::string mPath;
+};
 
 }  // namespace zyltest

@@ -12,6 +12,8 @@
 #include <iostream>
 
 #include "reader/xml_document.h"
+#include "tools/zyldae/convert_command.h"
+#include "tools/zyldae/view_command.h"
 #include "tools/zyldae/scene_dump.h"
 #include "tools/zyldae/scene_info.h"
 
@@ -42,6 +44,8 @@ int main(int argc, char** argv) {
   dump->add_option("FILE", file, "The .dae file")->required();
   dump->add_flag("--brief", brief, "Leave out the long arrays, keep their counts");
   dump->add_flag("--complete", settings.complete, completeHelp);
+  zyldae::ConvertCommand convert(app);
+  zyldae::ViewCommand view(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {
@@ -51,6 +55,8 @@ int main(int argc, char** argv) {
     return kUsageError;
   }
 
+  if (convert.Chosen()) return convert.Run();
+  if (view.Chosen()) return view.Run();
   zyldae::ReadResult read = zyldae::ReadDocument(file.c_str(), settings);
   if (!read.opened) {
     std::cerr << "zyldae: cannot open " << file << '\n';
