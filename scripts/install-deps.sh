@@ -2,7 +2,7 @@
 # Installs the Debian packages the project builds with, and only those that are missing.
 set -euo pipefail
 
-packages=(cmake make g++ pkg-config libxml2-dev libgtest-dev nlohmann-json3-dev libcli11-dev)
+packages=(cmake make g++ pkg-config libxml2-dev zlib1g-dev libgtest-dev nlohmann-json3-dev libcli11-dev)
 [ "${WITH_CLANG:-0}" = 1 ] && packages+=(clang libclang-rt-14-dev)
 [ "${WITH_PEER:-0}" = 1 ] && packages+=(libassimp-dev)
 
