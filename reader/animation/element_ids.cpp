@@ -17,7 +17,7 @@ AnimationElementIds::AnimationElementIds(const xmlNode* top) {
   };
   auto visit = [this](const xmlNode* element) {
     mElements.push_back(const_cast<xmlNode*>(element));
-    if (xmlHasProp(element, reinterpret_cast<const xmlChar*>("id")))
+    if (DAE_HasProperty(element, "id"))
       mById[DAE_GetProperty(element, "id")].push_back(mElements.size() - 1);
     return Frame{element, mElements.size(), firstChildElement(element)};
   };

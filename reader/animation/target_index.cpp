@@ -12,7 +12,7 @@ std::vector<xmlNode*> InstancedVisualScenes(const xmlNode* sceneElement) {
   std::vector<xmlNode*> instanced;
   if (!sceneElement) return instanced;
   std::unordered_map<KString, xmlNode*> byId;
-  for (xmlNode* library = firstChildElement(sceneElement->parent); library; library = nextSiblingElement(library)) {
+  for (xmlNode* library = firstChildElement(parentElement(sceneElement)); library; library = nextSiblingElement(library)) {
     if (!DAE_IsElement(library, "library_visual_scenes")) continue;
     for (xmlNode* visualScene = firstChildElement(library); visualScene; visualScene = nextSiblingElement(visualScene))
       if (DAE_IsElement(visualScene, "visual_scene")) byId.emplace(DAE_GetProperty(visualScene, "id"), visualScene);

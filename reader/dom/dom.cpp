@@ -56,6 +56,14 @@ int DAE_GetOffset(const xmlNode* element) {
   return strtoint(&cursor);
 }
 
+bool DAE_HasProperty(const xmlNode* element, const char* name) {
+  return element && element->type == XML_ELEMENT_NODE && xmlHasProp(element, reinterpret_cast<const xmlChar*>(name));
+}
+
+xmlNode* parentElement(const xmlNode* element) {
+  return (element && element->parent && element->parent->type == XML_ELEMENT_NODE) ? element->parent : nullptr;
+}
+
 xmlNode* firstChildElement(const xmlNode* element) {
   if (!element) return nullptr;
   for (xmlNode* child = element->children; child; child = child->next)

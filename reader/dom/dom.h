@@ -11,6 +11,9 @@
 
 namespace zylsdk {
 
+// The type of a document element, as the reader's code names it.
+using DaeElement = xmlNode;
+
 // The element's name; "" for null.
 const char* DAE_GetName(const xmlNode* element);
 // True when `node` is an element named `name`. Inline because nearly every element is asked
@@ -33,6 +36,11 @@ KString DAE_GetUrl(const xmlNode* element);
 // The "offset" attribute of an `input` element as an integer (0 when absent).
 int DAE_GetOffset(const xmlNode* element);
 
+// Whether the element has the attribute `name`.
+bool DAE_HasProperty(const xmlNode* element, const char* name);
+
+// The parent element of `element`; null for the root and for null.
+xmlNode* parentElement(const xmlNode* element);
 // The first element child of `element` (any name), or null; the next element sibling, or null.
 xmlNode* firstChildElement(const xmlNode* element);
 xmlNode* nextSiblingElement(const xmlNode* node);

@@ -5,7 +5,6 @@
 
 #include <libxml/tree.h>
 
-#include <string>
 #include <tuple>
 #include <unordered_map>
 
@@ -54,9 +53,6 @@ class MeshSources {
   Entry& EntryOf(const KString& attribute);
 
   const xmlNode* mMesh;
-  bool mIndexed = false;
-  // Every id below the mesh to its first element in document order, built on first use.
-  std::unordered_map<std::string, const xmlNode*> mElementsById;
   std::unordered_map<KString, Entry> mEntries;
 };
 

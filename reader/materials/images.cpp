@@ -27,8 +27,7 @@ bool RemoveUrlPrefix(KString& path) {
 // The `newparam` named `sid` in the scopes around `from` (nearest first, up to the effect)
 // that holds a `type` child; that child, or null.
 xmlNode* FindParameter(const xmlNode* from, const KString& sid, const char* type) {
-  for (const xmlNode* scope = from ? from->parent : nullptr; scope && scope->type == XML_ELEMENT_NODE;
-       scope = scope->parent) {
+  for (const xmlNode* scope = parentElement(from); scope; scope = parentElement(scope)) {
     for (xmlNode* child = firstChildElement(scope); child; child = nextSiblingElement(child))
       if (DAE_IsElement(child, "newparam") && DAE_GetProperty(child, "sid") == sid)
         if (xmlNode* value = findChildByType(child, type)) return value;
