@@ -25,8 +25,8 @@ void ScanDouble(const KString& text, double& value) {
 
 }  // namespace
 
-bool KZylReaderCollada::ImportAsset(xmlNode* asset, KZylScene& scene, KZylSceneInfo& sceneInfo) {
-  for (xmlNode* child = firstChildElement(asset); child; child = nextSiblingElement(child)) {
+bool KZylReaderCollada::ImportAsset(DaeElement* asset, KZylScene& scene, KZylSceneInfo& sceneInfo) {
+  for (DaeElement* child = firstChildElement(asset); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
     if (std::strcmp(name, "up_axis") == 0) {
       KString axis = DAE_GetContent(child);
@@ -49,7 +49,7 @@ bool KZylReaderCollada::ImportAsset(xmlNode* asset, KZylScene& scene, KZylSceneI
       // The kit counts in centimetres.
       scene.GetGlobalSettings().SetSystemUnit(KZylSystemUnit(meter * 100.0));
     } else if (std::strcmp(name, "contributor") == 0) {
-      for (xmlNode* field = firstChildElement(child); field; field = nextSiblingElement(field))
+      for (DaeElement* field = firstChildElement(child); field; field = nextSiblingElement(field))
         if (DAE_IsElement(field, "author")) sceneInfo.mAuthor = DAE_GetContent(field);
     } else if (std::strcmp(name, "comments") == 0) {
       sceneInfo.mComment = DAE_GetContent(child);

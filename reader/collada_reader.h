@@ -21,7 +21,7 @@
 // application only needs the KZylReader interface. Every import step returns true on success
 // and also stores its result in the reader's status.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <cstdio>
 #include <memory>
@@ -90,25 +90,25 @@ class KZylReaderCollada : public KZylReader {
   static void SplitReferenceTarget(const KString& target, KString& id, KString& path, KString& member);
 
   // ---------------------------------------------------------------- document walk
-  bool ReadCollada(KZylScene& scene, xmlNode* root);
+  bool ReadCollada(KZylScene& scene, DaeElement* root);
   bool CheckColladaVersion();
-  bool ImportAsset(xmlNode* asset, KZylScene& scene, KZylSceneInfo& sceneInfo);
-  bool ImportLibrary(KZylScene& scene, xmlNode* library);
-  bool ImportVisualScene(xmlNode* visualScene);
-  bool ImportScene(KZylScene& scene, xmlNode* sceneElement);
+  bool ImportAsset(DaeElement* asset, KZylScene& scene, KZylSceneInfo& sceneInfo);
+  bool ImportLibrary(KZylScene& scene, DaeElement* library);
+  bool ImportVisualScene(DaeElement* visualScene);
+  bool ImportScene(KZylScene& scene, DaeElement* sceneElement);
   bool IsNodeExportable(const KString& id);
 
   // ---------------------------------------------------------------- nodes
-  bool ImportNode(xmlNode* nodeElement, KZylNode& node, KString id);
-  bool ImportTransforms(xmlNode* nodeElement, KZylNode* node);
-  KZylVector4& ImportRotation(xmlNode* rotate, KZylNode* node, int& axis, KZylVector4& rotation);
+  bool ImportNode(DaeElement* nodeElement, KZylNode& node, KString id);
+  bool ImportTransforms(DaeElement* nodeElement, KZylNode* node);
+  KZylVector4& ImportRotation(DaeElement* rotate, KZylNode* node, int& axis, KZylVector4& rotation);
   static ERotationOrder ExtrapolateRotationOrder(int positions[3], int count);
   // Sets a node's default transform from a global matrix (SetGlobalState on a node without
   // parent).
   void SetMatrix(KZylNode* node, const KZylXMatrix* matrix);
-  bool ImportNodeAttribute(xmlNode* nodeElement, KZylNode& node, KZylNodeAttribute* attribute);
-  KArrayTemplate<KZylNode*> FindInstances(xmlNode* element, KZylNode* root, KString url);
-  bool ImportLookAt(xmlNode* nodeElement, KZylVector4& position, KZylVector4& interest, KZylVector4& up,
+  bool ImportNodeAttribute(DaeElement* nodeElement, KZylNode& node, KZylNodeAttribute* attribute);
+  KArrayTemplate<KZylNode*> FindInstances(DaeElement* element, KZylNode* root, KString url);
+  bool ImportLookAt(DaeElement* nodeElement, KZylVector4& position, KZylVector4& interest, KZylVector4& up,
                     KZylXMatrix& matrix);
   // Registers the animatable value `sid` of the object named `owner` under "<owner>/<sid>",
   // once for each axis from `firstAxis` to `lastAxis`. Nothing is recorded for a document
@@ -137,28 +137,28 @@ class KZylReaderCollada : public KZylReader {
   KZylCluster* CreateCluster();
 
   // ---------------------------------------------------------------- geometry and controllers
-  bool ImportGeometry(xmlNode* geometry);
-  bool ImportMesh(xmlNode* meshElement, KZylMesh* mesh);
-  bool ImportVertices(xmlNode* meshElement, KZylGeometry* geometry);
-  bool ImportPolygons(xmlNode* meshElement, KZylMesh& mesh);
-  bool ImportController(xmlNode* controller);
-  bool ImportVertexWeightsInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters);
-  bool ImportLinkMatricesInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters);
-  bool ImportTargetsInController(xmlNode* morph, KArrayTemplate<KString>& targets, KString& weightSource,
+  bool ImportGeometry(DaeElement* geometry);
+  bool ImportMesh(DaeElement* meshElement, KZylMesh* mesh);
+  bool ImportVertices(DaeElement* meshElement, KZylGeometry* geometry);
+  bool ImportPolygons(DaeElement* meshElement, KZylMesh& mesh);
+  bool ImportController(DaeElement* controller);
+  bool ImportVertexWeightsInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters);
+  bool ImportLinkMatricesInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters);
+  bool ImportTargetsInController(DaeElement* morph, KArrayTemplate<KString>& targets, KString& weightSource,
                                  KArrayTemplate<double>& weights);
   bool ConnectShapes(KZylGeometry* geometry, KString name, const KArrayTemplate<KString>& targets, KString key,
                      const KArrayTemplate<double>& weights);
 
   // ---------------------------------------------------------------- materials and textures
-  bool ImportEffect(xmlNode* effect);
-  bool ImportMaterial(xmlNode* material);
-  bool ImportImage(xmlNode* image);
-  bool ImportTexture(xmlNode* texture, KString effectId, KZylLayerElement::ELayerElementType layerKind);
+  bool ImportEffect(DaeElement* effect);
+  bool ImportMaterial(DaeElement* material);
+  bool ImportImage(DaeElement* image);
+  bool ImportTexture(DaeElement* texture, KString effectId, KZylLayerElement::ELayerElementType layerKind);
 
   // ---------------------------------------------------------------- animation, cameras, lights
-  bool ImportAnimation(xmlNode* animation, KZylScene& scene);
-  bool ImportCamera(xmlNode* camera);
-  bool ImportLight(KZylScene& scene, xmlNode* light);
+  bool ImportAnimation(DaeElement* animation, KZylScene& scene);
+  bool ImportCamera(DaeElement* camera);
+  bool ImportLight(KZylScene& scene, DaeElement* light);
 
   // ---------------------------------------------------------------- state, for inspection
   // Everything the reader registers while it reads one document. Read starts each document
@@ -171,7 +171,7 @@ class KZylReaderCollada : public KZylReader {
     IdList<TextureUseArray> textures;
     IdList<KZylNodeAttribute> nodeAttributes;
     IdList<ControllerRecord> controllers;
-    IdList<xmlNode> animations;
+    IdList<DaeElement> animations;
     IdList<ChannelRecord> animationTargets;
     // False for a document without animations: no channel can then look a target up, so none
     // is recorded.
@@ -217,8 +217,8 @@ class KZylReaderCollada : public KZylReader {
   KStringList mReportedFeatures;
   KNumberRenamingStrategy mRenamingStrategy;
   XmlDocumentPtr mDocument;
-  xmlNode* mSceneElement = nullptr;
-  xmlNode* mVisualSceneElement = nullptr;
+  DaeElement* mSceneElement = nullptr;
+  DaeElement* mVisualSceneElement = nullptr;
   std::unique_ptr<DocumentState> mState;
   KSet2<KZylSurfaceMaterial*> mMaterialSet;
   std::unordered_map<const KZylSurfaceMaterial*, uint64_t> mMaterialSetIds;  // to spot destroyed ones

@@ -19,8 +19,8 @@ bool IsOneOf(const char* name, std::initializer_list<const char*> names) {
 }
 
 // True when the document has a library of animations, in either form.
-bool HasAnimationLibrary(xmlNode* root) {
-  for (xmlNode* element = firstChildElement(root); element; element = nextSiblingElement(element))
+bool HasAnimationLibrary(DaeElement* root) {
+  for (DaeElement* element = firstChildElement(root); element; element = nextSiblingElement(element))
     if (DAE_IsElement(element, "library_animations") ||
         (DAE_IsElement(element, "library") && DAE_GetProperty(element, "type") == "ANIMATION"))
       return true;
@@ -29,7 +29,7 @@ bool HasAnimationLibrary(xmlNode* root) {
 
 }  // namespace
 
-bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
+bool KZylReaderCollada::ReadCollada(KZylScene& scene, DaeElement* root) {
   if (!DAE_IsElement(root, "COLLADA")) return false;
   mColladaVersion = DAE_GetProperty(root, "version");
   if (!(mStatus = CheckColladaVersion())) return false;
@@ -37,7 +37,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
   mState->recordsAnimationTargets = HasAnimationLibrary(root);
 
   KZylSceneInfo* sceneInfo = nullptr;
-  if (xmlNode* asset = firstChildElement(root)) {
+  if (DaeElement* asset = firstChildElement(root)) {
     if (!DAE_IsElement(asset, "asset")) {
       AddNotificationError(KString("<asset> node not found, at node: <") + DAE_GetName(asset) + ">");
       return false;
@@ -45,7 +45,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
     sceneInfo = KZylSceneInfo::Create(mManager, "");
     if (!(mStatus = ImportAsset(asset, scene, *sceneInfo))) return false;
 
-    for (xmlNode* element = nextSiblingElement(asset); element; element = nextSiblingElement(element)) {
+    for (DaeElement* element = nextSiblingElement(asset); element; element = nextSiblingElement(element)) {
       const char* name = DAE_GetName(element);
       if (IsOneOf(name, {"library_animations", "library_cameras", "library_controllers", "library_geometries",
                          "library_lights", "library_visual_scenes"})) {
@@ -62,9 +62,9 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
                                  " This library will not be read.");
       } else if (std::strcmp(name, "library_materials") == 0) {
         // Images, then effects, then materials: each needs the one before.
-        if (xmlNode* images = findChildByType(root, "library_images"))
+        if (DaeElement* images = findChildByType(root, "library_images"))
           if (!(mStatus = ImportLibrary(scene, images))) return false;
-        xmlNode* effects = findChildByType(root, "library_effects");
+        DaeElement* effects = findChildByType(root, "library_effects");
         if (!effects) return false;
         if (!(mStatus = ImportLibrary(scene, effects))) return false;
         if (!(mStatus = ImportLibrary(scene, element))) return false;
@@ -77,7 +77,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, xmlNode* root) {
       } else if (std::strcmp(name, "scene") == 0) {
         mSceneElement = element;
         if (!(mStatus = ImportScene(scene, element))) return false;
-        if (xmlNode* extra = nextSiblingElement(element)) {
+        if (DaeElement* extra = nextSiblingElement(element)) {
           AddNotificationError(KString("extra structure at the end of the main structure: <") + DAE_GetName(extra) + ">");
           return false;
         }

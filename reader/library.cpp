@@ -8,52 +8,52 @@
 
 namespace zylsdk {
 
-bool KZylReaderCollada::ImportLibrary(KZylScene& scene, xmlNode* library) {
+bool KZylReaderCollada::ImportLibrary(KZylScene& scene, DaeElement* library) {
   const KString name = DAE_GetName(library);
   const KString type = DAE_GetProperty(library, "type");
 
   // The member element of the library and the import of one member. A failed image, effect
   // or material is skipped (it reported why) and the library goes on.
   const char* member = nullptr;
-  std::function<bool(xmlNode*)> import;
+  std::function<bool(DaeElement*)> import;
   bool failureEndsLibrary = true;
   if (name == "library_geometries" || type == "GEOMETRY") {
     member = "geometry";
-    import = [this](xmlNode* e) { return ImportGeometry(e); };
+    import = [this](DaeElement* e) { return ImportGeometry(e); };
   } else if (name == "library_controllers" || type == "CONTROLLER") {
     member = "controller";
-    import = [this](xmlNode* e) { return ImportController(e); };
+    import = [this](DaeElement* e) { return ImportController(e); };
   } else if (name == "library_animations" || type == "ANIMATION") {
     // Animations are read after the scene, once their target nodes exist.
     member = "animation";
-    import = [this](xmlNode* e) {
+    import = [this](DaeElement* e) {
       mState->animations.Add(DAE_GetProperty(e, "id"), e);
       return true;
     };
   } else if (name == "library_materials" || type == "MATERIAL") {
     member = "material";
-    import = [this](xmlNode* e) { return ImportMaterial(e); };
+    import = [this](DaeElement* e) { return ImportMaterial(e); };
     failureEndsLibrary = false;
   } else if (name == "library_effects") {
     member = "effect";
-    import = [this](xmlNode* e) { return ImportEffect(e); };
+    import = [this](DaeElement* e) { return ImportEffect(e); };
     failureEndsLibrary = false;
   } else if (name == "library_images" || type == "IMAGE") {
     member = "image";
-    import = [this](xmlNode* e) { return ImportImage(e); };
+    import = [this](DaeElement* e) { return ImportImage(e); };
     failureEndsLibrary = false;
   } else if (name == "library_cameras" || type == "CAMERA") {
     member = "camera";
-    import = [this](xmlNode* e) { return ImportCamera(e); };
+    import = [this](DaeElement* e) { return ImportCamera(e); };
   } else if (name == "library_lights" || type == "LIGHT") {
     member = "light";
-    import = [this, &scene](xmlNode* e) { return ImportLight(scene, e); };
+    import = [this, &scene](DaeElement* e) { return ImportLight(scene, e); };
   } else if (type == "PHYSICS") {
     WarnOnce("PHYSICS", "library type not supported: " + type);
     return true;
   } else if (name == "library_visual_scenes") {
     member = "visual_scene";
-    import = [this](xmlNode* e) {
+    import = [this](DaeElement* e) {
       mVisualSceneElement = e;
       return ImportVisualScene(e);
     };
@@ -67,7 +67,7 @@ bool KZylReaderCollada::ImportLibrary(KZylScene& scene, xmlNode* library) {
     return false;
   }
 
-  for (xmlNode* child = firstChildElement(library); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(library); child; child = nextSiblingElement(child)) {
     if (!DAE_IsElement(child, member)) continue;
     mStatus = import(child);
     if (!mStatus && failureEndsLibrary) return false;

@@ -21,10 +21,10 @@ bool IsDefaultViewCamera(const KString& id) {
   return false;
 }
 
-bool KZylReaderCollada::ImportVisualScene(xmlNode* visualScene) {
+bool KZylReaderCollada::ImportVisualScene(DaeElement* visualScene) {
   const KString id = DAE_GetProperty(visualScene, "id");
   KZylScene* scene = KZylScene::Create(mManager, "");
-  for (xmlNode* child = firstChildElement(visualScene); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(visualScene); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
     if (std::strcmp(name, "node") == 0) {
       KString nodeName = DAE_GetProperty(child, "name");
@@ -55,8 +55,8 @@ bool KZylReaderCollada::ImportVisualScene(xmlNode* visualScene) {
   return true;
 }
 
-bool KZylReaderCollada::ImportScene(KZylScene& scene, xmlNode* sceneElement) {
-  for (xmlNode* child = firstChildElement(sceneElement); child; child = nextSiblingElement(child)) {
+bool KZylReaderCollada::ImportScene(KZylScene& scene, DaeElement* sceneElement) {
+  for (DaeElement* child = firstChildElement(sceneElement); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
     if (std::strcmp(name, "instance_visual_scene") == 0) {
       KString url = DAE_GetUrl(child);

@@ -10,7 +10,7 @@ namespace {
 
 // One channel: its curves, then its sampler's keys on them. False when the animation element
 // must end here.
-bool ImportChannel(AnimationContext& context, const xmlNode* animation, const xmlNode* channel) {
+bool ImportChannel(AnimationContext& context, const DaeElement* animation, const DaeElement* channel) {
   ChannelCurves curves;
   switch (ResolveChannelTarget(context, DAE_GetProperty(channel, "target"), curves)) {
     case TargetResult::kFail:
@@ -28,22 +28,22 @@ bool ImportChannel(AnimationContext& context, const xmlNode* animation, const xm
 
 // The channels of `animation` first, then its nested animations, whose results do not count.
 // Recursion follows the nesting of the document.
-bool ImportAnimationElement(AnimationContext& context, xmlNode* animation) {
-  KArrayTemplate<xmlNode*> channels;
+bool ImportAnimationElement(AnimationContext& context, DaeElement* animation) {
+  KArrayTemplate<DaeElement*> channels;
   findChildrenByType(animation, "channel", channels);
   // The first key of each animation that has channels restarts the take's span.
   if (!channels.IsEmpty()) context.span.firstKey = true;
-  for (xmlNode* channel : channels)
+  for (DaeElement* channel : channels)
     if (!ImportChannel(context, animation, channel)) return false;
-  KArrayTemplate<xmlNode*> nested;
+  KArrayTemplate<DaeElement*> nested;
   findChildrenByType(animation, "animation", nested);
-  for (xmlNode* child : nested) ImportAnimationElement(context, child);
+  for (DaeElement* child : nested) ImportAnimationElement(context, child);
   return true;
 }
 
 }  // namespace
 
-bool KZylReaderCollada::ImportAnimation(xmlNode* animation, KZylScene& scene) {
+bool KZylReaderCollada::ImportAnimation(DaeElement* animation, KZylScene& scene) {
   if (!DAE_IsElement(animation, "animation")) {
     AddNotificationError("Node is not an animation node: " + DAE_GetProperty(animation, "id"));
     return mStatus = false;

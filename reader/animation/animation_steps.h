@@ -2,7 +2,7 @@
 // The steps of the animation import, shared by its files: what one channel drives, what its
 // sampler holds, and the take's time span that every key widens.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <cstdint>
 #include <vector>
@@ -64,7 +64,7 @@ TargetResult ResolveChannelTarget(AnimationContext& context, const KString& targ
 
 // Reads the sampler of `channel` from `animation`; false (reported) when the channel must be
 // skipped.
-bool ReadSampler(AnimationContext& context, const xmlNode* animation, const xmlNode* channel, SamplerArrays& arrays);
+bool ReadSampler(AnimationContext& context, const DaeElement* animation, const DaeElement* channel, SamplerArrays& arrays);
 
 // Checks the sampler's sizes against the curves (a warning only), scales percent channels and
 // sets the keys of every curve.

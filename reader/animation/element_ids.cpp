@@ -6,17 +6,17 @@
 
 namespace zylsdk {
 
-AnimationElementIds::AnimationElementIds(const xmlNode* top) {
+AnimationElementIds::AnimationElementIds(const DaeElement* top) {
   if (!top) return;
   // Depth first with an explicit stack; a frame closes the range of its element's descendants
   // when its last child is done.
   struct Frame {
-    const xmlNode* element;
+    const DaeElement* element;
     size_t firstDescendant;
-    xmlNode* nextChild;
+    DaeElement* nextChild;
   };
-  auto visit = [this](const xmlNode* element) {
-    mElements.push_back(const_cast<xmlNode*>(element));
+  auto visit = [this](const DaeElement* element) {
+    mElements.push_back(const_cast<DaeElement*>(element));
     if (DAE_HasProperty(element, "id"))
       mById[DAE_GetProperty(element, "id")].push_back(mElements.size() - 1);
     return Frame{element, mElements.size(), firstChildElement(element)};
@@ -30,13 +30,13 @@ AnimationElementIds::AnimationElementIds(const xmlNode* top) {
       stack.pop_back();
       continue;
     }
-    xmlNode* child = frame.nextChild;
+    DaeElement* child = frame.nextChild;
     frame.nextChild = nextSiblingElement(child);
     stack.push_back(visit(child));
   }
 }
 
-xmlNode* AnimationElementIds::Find(const xmlNode* scope, const KString& id) const {
+DaeElement* AnimationElementIds::Find(const DaeElement* scope, const KString& id) const {
   auto range = mScopes.find(scope);
   // Elements outside this animation are searched the plain way.
   if (range == mScopes.end()) return findChildById(scope, id);

@@ -2,7 +2,7 @@
 // The elements of one top-level `animation` by id, so that a sampler or a source is found
 // without a walk of the animation per channel (an animation may hold thousands of channels).
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <unordered_map>
 #include <utility>
@@ -15,16 +15,16 @@ namespace zylsdk {
 class AnimationElementIds {
  public:
   // Indexes every element below `top`, `top` included, in document order.
-  explicit AnimationElementIds(const xmlNode* top);
+  explicit AnimationElementIds(const DaeElement* top);
 
   // The first element in document order below `scope` (not `scope` itself) whose "id" is
   // `id`; null when there is none. The same answer as findChildById(scope, id).
-  xmlNode* Find(const xmlNode* scope, const KString& id) const;
+  DaeElement* Find(const DaeElement* scope, const KString& id) const;
 
  private:
-  std::vector<xmlNode*> mElements;  // document order
+  std::vector<DaeElement*> mElements;  // document order
   // For each `animation` element: the positions of its descendants, [first, end).
-  std::unordered_map<const xmlNode*, std::pair<size_t, size_t>> mScopes;
+  std::unordered_map<const DaeElement*, std::pair<size_t, size_t>> mScopes;
   // Positions of the elements of each id, increasing.
   std::unordered_map<KString, std::vector<size_t>> mById;
 };

@@ -19,20 +19,20 @@ bool Mismatch(int count, int64_t expected) { return count != 0 && count != expec
 
 }  // namespace
 
-bool ReadSampler(AnimationContext& context, const xmlNode* animation, const xmlNode* channel, SamplerArrays& arrays) {
+bool ReadSampler(AnimationContext& context, const DaeElement* animation, const DaeElement* channel, SamplerArrays& arrays) {
   KZylReaderCollada& reader = context.reader;
   const KString samplerSource = DAE_GetProperty(channel, "source");
-  xmlNode* sampler = context.ids.Find(animation, samplerSource.Mid(1));
+  DaeElement* sampler = context.ids.Find(animation, samplerSource.Mid(1));
   if (!sampler) {
     reader.AddNotificationWarning("animation sampler not found: " + samplerSource);
     return false;
   }
-  KArrayTemplate<xmlNode*> inputs;
+  KArrayTemplate<DaeElement*> inputs;
   findChildrenByType(sampler, "input", inputs);
-  for (xmlNode* input : inputs) {
+  for (DaeElement* input : inputs) {
     const KString semantic = DAE_GetProperty(input, "semantic");
     const KString sourceId = DAE_GetProperty(input, "source").Mid(1);
-    const xmlNode* source = context.ids.Find(animation, sourceId);
+    const DaeElement* source = context.ids.Find(animation, sourceId);
     bool read;
     // Every component of every item: a whole vector gives three values per key.
     if (semantic == "INPUT") {

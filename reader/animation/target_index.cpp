@@ -8,16 +8,16 @@ namespace {
 
 // The visual_scene elements that the `scene` element instances, in its order; a url that
 // names no visual_scene of the document is passed over.
-std::vector<xmlNode*> InstancedVisualScenes(const xmlNode* sceneElement) {
-  std::vector<xmlNode*> instanced;
+std::vector<DaeElement*> InstancedVisualScenes(const DaeElement* sceneElement) {
+  std::vector<DaeElement*> instanced;
   if (!sceneElement) return instanced;
-  std::unordered_map<KString, xmlNode*> byId;
-  for (xmlNode* library = firstChildElement(parentElement(sceneElement)); library; library = nextSiblingElement(library)) {
+  std::unordered_map<KString, DaeElement*> byId;
+  for (DaeElement* library = firstChildElement(parentElement(sceneElement)); library; library = nextSiblingElement(library)) {
     if (!DAE_IsElement(library, "library_visual_scenes")) continue;
-    for (xmlNode* visualScene = firstChildElement(library); visualScene; visualScene = nextSiblingElement(visualScene))
+    for (DaeElement* visualScene = firstChildElement(library); visualScene; visualScene = nextSiblingElement(visualScene))
       if (DAE_IsElement(visualScene, "visual_scene")) byId.emplace(DAE_GetProperty(visualScene, "id"), visualScene);
   }
-  for (xmlNode* child = firstChildElement(sceneElement); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(sceneElement); child; child = nextSiblingElement(child)) {
     if (!DAE_IsElement(child, "instance_visual_scene")) continue;
     auto found = byId.find(DAE_GetUrl(child));
     if (found != byId.end()) instanced.push_back(found->second);
@@ -27,7 +27,7 @@ std::vector<xmlNode*> InstancedVisualScenes(const xmlNode* sceneElement) {
 
 }  // namespace
 
-AnimationTargetIndex::AnimationTargetIndex(KZylNode* root, const xmlNode* sceneElement)
+AnimationTargetIndex::AnimationTargetIndex(KZylNode* root, const DaeElement* sceneElement)
     : mRoot(root), mVisualScenes(InstancedVisualScenes(sceneElement)) {
   if (!root) return;
   // The first node of a name wins, in the order FindChild looks: the root's children, then,
@@ -55,7 +55,7 @@ KZylNode* AnimationTargetIndex::FindInstance(KZylReaderCollada& reader, const KS
   auto cached = mInstances.find(id);
   if (cached != mInstances.end()) return cached->second;
   KZylNode* first = nullptr;
-  for (xmlNode* visualScene : mVisualScenes) {
+  for (DaeElement* visualScene : mVisualScenes) {
     KArrayTemplate<KZylNode*> nodes = reader.FindInstances(visualScene, mRoot, "#" + id);
     if (nodes.IsEmpty()) continue;
     first = nodes[0];

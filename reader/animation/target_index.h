@@ -3,7 +3,7 @@
 // the scene is complete, and reading them changes no node's name or place, so each answer is
 // computed once instead of once per channel.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <unordered_map>
 #include <vector>
@@ -25,7 +25,7 @@ class AnimationTargetIndex {
   };
 
   // `root`: the scene's root node; `sceneElement`: the document's `scene` element (may be null).
-  AnimationTargetIndex(KZylNode* root, const xmlNode* sceneElement);
+  AnimationTargetIndex(KZylNode* root, const DaeElement* sceneElement);
 
   // True when the index was made for this root.
   bool Covers(const KZylNode* root) const { return mRoot == root; }
@@ -44,7 +44,7 @@ class AnimationTargetIndex {
  private:
   KZylNode* mRoot;
   std::unordered_map<KString, KZylNode*> mNodes;
-  std::vector<xmlNode*> mVisualScenes;
+  std::vector<DaeElement*> mVisualScenes;
   std::unordered_map<KString, KZylNode*> mInstances;
   std::unordered_map<KString, std::vector<MorphNode>> mMorphs;
 };

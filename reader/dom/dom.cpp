@@ -11,7 +11,7 @@ namespace {
 const char* AsText(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
 
 // True when the element has the attribute `name` and its value is `value`.
-bool AttributeEquals(const xmlNode* node, const char* name, const KString& value) {
+bool AttributeEquals(const DaeElement* node, const char* name, const KString& value) {
   KString storage;
   if (std::strcmp(DAE_PropertyText(node, name, storage), value.Buffer()) != 0) return false;
   // An absent attribute reads as "": only then is its presence asked again.
@@ -20,20 +20,20 @@ bool AttributeEquals(const xmlNode* node, const char* name, const KString& value
 
 }  // namespace
 
-const char* DAE_GetName(const xmlNode* element) { return (element && element->name) ? AsText(element->name) : ""; }
+const char* DAE_GetName(const DaeElement* element) { return (element && element->name) ? AsText(element->name) : ""; }
 
-KString DAE_GetProperty(const xmlNode* element, const char* name) {
+KString DAE_GetProperty(const DaeElement* element, const char* name) {
   KString storage;
   const char* text = DAE_PropertyText(element, name, storage);
   return text == storage.Buffer() ? storage : KString(text);
 }
 
-const char* DAE_PropertyText(const xmlNode* element, const char* name, KString& storage) {
+const char* DAE_PropertyText(const DaeElement* element, const char* name, KString& storage) {
   if (!element || element->type != XML_ELEMENT_NODE) return "";
   const xmlAttr* attribute = xmlHasProp(element, reinterpret_cast<const xmlChar*>(name));
   if (!attribute) return "";
   // A parsed attribute holds its value as one text node: no copy is needed.
-  const xmlNode* text = attribute->type == XML_ATTRIBUTE_NODE ? attribute->children : nullptr;
+  const DaeElement* text = attribute->type == XML_ATTRIBUTE_NODE ? attribute->children : nullptr;
   if (text && !text->next && text->type == XML_TEXT_NODE && text->content) return AsText(text->content);
   // Anything else (entity references, values declared by a DTD) is put together by libxml2.
   xmlChar* value = xmlGetProp(element, reinterpret_cast<const xmlChar*>(name));
@@ -42,83 +42,83 @@ const char* DAE_PropertyText(const xmlNode* element, const char* name, KString& 
   return storage.Buffer();
 }
 
-KString DAE_GetContent(const xmlNode* element) {
+KString DAE_GetContent(const DaeElement* element) {
   if (!element) return KString();
   ElementText text(element);
   return KString(text.c_str());
 }
 
-KString DAE_GetUrl(const xmlNode* element) { return DAE_GetProperty(element, "url").Mid(1); }
+KString DAE_GetUrl(const DaeElement* element) { return DAE_GetProperty(element, "url").Mid(1); }
 
-int DAE_GetOffset(const xmlNode* element) {
+int DAE_GetOffset(const DaeElement* element) {
   KString offset = DAE_GetProperty(element, "offset");
   const char* cursor = offset.Buffer();
   return strtoint(&cursor);
 }
 
-bool DAE_HasProperty(const xmlNode* element, const char* name) {
+bool DAE_HasProperty(const DaeElement* element, const char* name) {
   return element && element->type == XML_ELEMENT_NODE && xmlHasProp(element, reinterpret_cast<const xmlChar*>(name));
 }
 
-xmlNode* parentElement(const xmlNode* element) {
+DaeElement* parentElement(const DaeElement* element) {
   return (element && element->parent && element->parent->type == XML_ELEMENT_NODE) ? element->parent : nullptr;
 }
 
-xmlNode* firstChildElement(const xmlNode* element) {
+DaeElement* firstChildElement(const DaeElement* element) {
   if (!element) return nullptr;
-  for (xmlNode* child = element->children; child; child = child->next)
+  for (DaeElement* child = element->children; child; child = child->next)
     if (child->type == XML_ELEMENT_NODE) return child;
   return nullptr;
 }
 
-xmlNode* nextSiblingElement(const xmlNode* node) {
+DaeElement* nextSiblingElement(const DaeElement* node) {
   if (!node) return nullptr;
-  for (xmlNode* sibling = node->next; sibling; sibling = sibling->next)
+  for (DaeElement* sibling = node->next; sibling; sibling = sibling->next)
     if (sibling->type == XML_ELEMENT_NODE) return sibling;
   return nullptr;
 }
 
-xmlNode* findChildByType(const xmlNode* element, const KString& type) {
-  for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+DaeElement* findChildByType(const DaeElement* element, const KString& type) {
+  for (DaeElement* child = firstChildElement(element); child; child = nextSiblingElement(child))
     if (DAE_IsElement(child, type.Buffer())) return child;
   return nullptr;
 }
 
-void findChildrenByType(const xmlNode* element, const KString& type, KArrayTemplate<xmlNode*>& out) {
-  for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+void findChildrenByType(const DaeElement* element, const KString& type, KArrayTemplate<DaeElement*>& out) {
+  for (DaeElement* child = firstChildElement(element); child; child = nextSiblingElement(child))
     if (DAE_IsElement(child, type.Buffer())) out.Add(child);
 }
 
-xmlNode* findChildById(const xmlNode* element, const KString& id) {
+DaeElement* findChildById(const DaeElement* element, const KString& id) {
   if (!element) return nullptr;
   // Depth first, document order, with an explicit stack so that deep documents cannot
   // exhaust the call stack.
-  std::vector<xmlNode*> pending;
-  for (xmlNode* child = element->last; child; child = child->prev)
+  std::vector<DaeElement*> pending;
+  for (DaeElement* child = element->last; child; child = child->prev)
     if (child->type == XML_ELEMENT_NODE) pending.push_back(child);
   while (!pending.empty()) {
-    xmlNode* node = pending.back();
+    DaeElement* node = pending.back();
     pending.pop_back();
     if (AttributeEquals(node, "id", id)) return node;
-    for (xmlNode* child = node->last; child; child = child->prev)
+    for (DaeElement* child = node->last; child; child = child->prev)
       if (child->type == XML_ELEMENT_NODE) pending.push_back(child);
   }
   return nullptr;
 }
 
-xmlNode* getTechniqueNode(const xmlNode* element, const KString& profile) {
-  for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+DaeElement* getTechniqueNode(const DaeElement* element, const KString& profile) {
+  for (DaeElement* child = firstChildElement(element); child; child = nextSiblingElement(child))
     if (DAE_IsElement(child, "technique") && DAE_GetProperty(child, "profile") == profile) return child;
   return nullptr;
 }
 
-xmlNode* getTechniqueNode(const xmlNode* element) { return findChildByType(element, "technique"); }
+DaeElement* getTechniqueNode(const DaeElement* element) { return findChildByType(element, "technique"); }
 
-xmlNode* getTechniqueCommonNode(const xmlNode* element) { return findChildByType(element, "technique_common"); }
+DaeElement* getTechniqueCommonNode(const DaeElement* element) { return findChildByType(element, "technique_common"); }
 
-ElementText::ElementText(const xmlNode* element) : mText("") {
+ElementText::ElementText(const DaeElement* element) : mText("") {
   if (!element) return;
-  const xmlNode* child = element->children;
+  const DaeElement* child = element->children;
   bool singleText = child && !child->next && (child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE);
   if (singleText) {
     if (child->content) mText = AsText(child->content);

@@ -45,17 +45,17 @@ void CountItems(int64_t valueCount, AccessorLayout& layout) {
                                                 : std::clamp<int64_t>(ReadInteger(layout.declaredCount, 0), 0, starting);
 }
 
-bool ReadLayout(const xmlNode* source, AccessorLayout& layout) {
-  xmlNode* accessor = findChildByType(getTechniqueCommonNode(source), "accessor");
+bool ReadLayout(const DaeElement* source, AccessorLayout& layout) {
+  DaeElement* accessor = findChildByType(getTechniqueCommonNode(source), "accessor");
   if (!accessor) return false;
   layout.offset = std::max<int64_t>(0, ReadInteger(DAE_GetProperty(accessor, "offset"), 0));
   layout.stride = std::max<int64_t>(1, ReadInteger(DAE_GetProperty(accessor, "stride"), 1));
   layout.declaredCount = DAE_GetProperty(accessor, "count");
 
   int64_t position = 0;
-  KArrayTemplate<xmlNode*> params;
+  KArrayTemplate<DaeElement*> params;
   findChildrenByType(accessor, "param", params);
-  for (xmlNode* param : params) {
+  for (DaeElement* param : params) {
     int width = ParamWidth(DAE_GetProperty(param, "type"));
     if (!DAE_GetProperty(param, "name").IsEmpty())
       for (int k = 0; k < width; ++k) layout.components.push_back(position + k);
@@ -119,15 +119,15 @@ void ReadComponents(const AccessorLayout& layout, const std::vector<Value>& valu
 }
 
 // The number of values the array says it holds, for sizing only (the text bounds it).
-size_t DeclaredValues(const xmlNode* array) {
+size_t DeclaredValues(const DaeElement* array) {
   const KString declared = DAE_GetProperty(array, "count");
   const char* cursor = declared.Buffer();
   return static_cast<size_t>(std::max(0, strtoint(&cursor)));
 }
 
 // The numbers of the source's float_array and its accessor's layout; false without either.
-bool ReadNumberSource(const xmlNode* source, std::vector<double>& values, AccessorLayout& layout) {
-  xmlNode* array = findChildByType(source, "float_array");
+bool ReadNumberSource(const DaeElement* source, std::vector<double>& values, AccessorLayout& layout) {
+  DaeElement* array = findChildByType(source, "float_array");
   if (!array || !ReadLayout(source, layout)) return false;
   ParseDoubles(ElementText(array).c_str(), values, DeclaredValues(array));
   CountItems(static_cast<int64_t>(values.size()), layout);
@@ -148,7 +148,7 @@ bool CanStream(const AccessorLayout& layout) {
 // Reads the array's numbers straight into the items, in one pass and without a copy of the
 // values: the same items as ReadItems gives for such a layout.
 template <class T>
-void StreamItems(const xmlNode* array, AccessorLayout& layout, KArrayTemplate<T>& out) {
+void StreamItems(const DaeElement* array, AccessorLayout& layout, KArrayTemplate<T>& out) {
   std::vector<int> componentAt(static_cast<size_t>(layout.stride), -1);
   const size_t used = std::min<size_t>(layout.components.size(), ComponentsOf<T>());
   for (size_t k = 0; k < used; ++k) componentAt[static_cast<size_t>(layout.components[k])] = static_cast<int>(k);
@@ -173,9 +173,9 @@ void StreamItems(const xmlNode* array, AccessorLayout& layout, KArrayTemplate<T>
 }
 
 template <class T>
-bool ImportNumbers(const xmlNode* source, KArrayTemplate<T>& out) {
+bool ImportNumbers(const DaeElement* source, KArrayTemplate<T>& out) {
   out.Clear();
-  xmlNode* array = findChildByType(source, "float_array");
+  DaeElement* array = findChildByType(source, "float_array");
   AccessorLayout layout;
   if (!array || !ReadLayout(source, layout)) return false;
   if (CanStream<T>(layout)) {
@@ -203,8 +203,8 @@ std::vector<KString> SplitWords(const char* text) {
 
 // The words of the source's Name_array (or IDREF_array) and its accessor's layout; false
 // without either.
-bool ReadNameSource(const xmlNode* source, std::vector<KString>& words, AccessorLayout& layout) {
-  xmlNode* array = findChildByType(source, "Name_array");
+bool ReadNameSource(const DaeElement* source, std::vector<KString>& words, AccessorLayout& layout) {
+  DaeElement* array = findChildByType(source, "Name_array");
   if (!array) array = findChildByType(source, "IDREF_array");
   if (!array) return false;
   if (!ReadLayout(source, layout)) return false;
@@ -215,13 +215,13 @@ bool ReadNameSource(const xmlNode* source, std::vector<KString>& words, Accessor
 
 }  // namespace
 
-bool ImportSource(const xmlNode* source, KArrayTemplate<double>& out) { return ImportNumbers(source, out); }
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector2>& out) { return ImportNumbers(source, out); }
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector4>& out) { return ImportNumbers(source, out); }
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylColor>& out) { return ImportNumbers(source, out); }
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const DaeElement* source, KArrayTemplate<double>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const DaeElement* source, KArrayTemplate<KZylVector2>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const DaeElement* source, KArrayTemplate<KZylVector4>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const DaeElement* source, KArrayTemplate<KZylColor>& out) { return ImportNumbers(source, out); }
+bool ImportSource(const DaeElement* source, KArrayTemplate<KZylXMatrix>& out) { return ImportNumbers(source, out); }
 
-bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out) {
+bool ImportSource(const DaeElement* source, KArrayTemplate<KString>& out) {
   out.Clear();
   std::vector<KString> words;
   AccessorLayout layout;
@@ -230,7 +230,7 @@ bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out) {
   return true;
 }
 
-bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<double>& out) {
+bool ImportSourceComponents(const DaeElement* source, KArrayTemplate<double>& out) {
   out.Clear();
   std::vector<double> values;
   AccessorLayout layout;
@@ -247,7 +247,7 @@ bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<double>& out) 
   return true;
 }
 
-bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<KString>& out) {
+bool ImportSourceComponents(const DaeElement* source, KArrayTemplate<KString>& out) {
   out.Clear();
   std::vector<KString> words;
   AccessorLayout layout;

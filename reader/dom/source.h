@@ -8,7 +8,7 @@
 // decide how much is allocated. Missing components are 0 (a colour's alpha 1, a matrix's
 // from the identity).
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include "kit/karray.h"
 #include "kit/kmath.h"
@@ -19,18 +19,18 @@ namespace zylsdk {
 // Each fills `out` (emptied first) and returns false for a null source or one without the
 // array it needs (`float_array`; `Name_array` or `IDREF_array` for texts) or without an
 // accessor.
-bool ImportSource(const xmlNode* source, KArrayTemplate<double>& out);
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector2>& out);
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylVector4>& out);
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylColor>& out);
+bool ImportSource(const DaeElement* source, KArrayTemplate<double>& out);
+bool ImportSource(const DaeElement* source, KArrayTemplate<KZylVector2>& out);
+bool ImportSource(const DaeElement* source, KArrayTemplate<KZylVector4>& out);
+bool ImportSource(const DaeElement* source, KArrayTemplate<KZylColor>& out);
 // Matrices are converted as COLLADA writes them: value 4r+c goes to the kit's row c, column r.
-bool ImportSource(const xmlNode* source, KArrayTemplate<KZylXMatrix>& out);
-bool ImportSource(const xmlNode* source, KArrayTemplate<KString>& out);
+bool ImportSource(const DaeElement* source, KArrayTemplate<KZylXMatrix>& out);
+bool ImportSource(const DaeElement* source, KArrayTemplate<KString>& out);
 
 // Every selected component of every item, item after item: a source of X, Y, Z triples gives
 // three values per item, where ImportSource of doubles keeps only the first. Only components
 // inside the item (before the stride) count; missing values are 0 (texts "").
-bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<double>& out);
-bool ImportSourceComponents(const xmlNode* source, KArrayTemplate<KString>& out);
+bool ImportSourceComponents(const DaeElement* source, KArrayTemplate<double>& out);
+bool ImportSourceComponents(const DaeElement* source, KArrayTemplate<KString>& out);
 
 }  // namespace zylsdk

@@ -1,7 +1,7 @@
 #pragma once
 // Steps shared by the skin and morph parts of the controller import.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include "reader/collada_reader.h"
 #include "reader/dom/dom.h"
@@ -12,7 +12,7 @@ namespace zylsdk {
 // The values of the source that an input's "source" attribute names among the sources of the
 // skin or morph; null after the error "reading array in <source>: " + the attribute as written.
 template <class T>
-const KArrayTemplate<T>* ReadInputSource(KZylReaderCollada& reader, MeshSources& sources, const xmlNode* input) {
+const KArrayTemplate<T>* ReadInputSource(KZylReaderCollada& reader, MeshSources& sources, const DaeElement* input) {
   const KString attribute = DAE_GetProperty(input, "source");
   const KArrayTemplate<T>* values = sources.Read<T>(attribute);
   if (!values) reader.AddNotificationError("reading array in <source>: " + attribute);
@@ -28,6 +28,6 @@ inline bool RejectInput(KZylReaderCollada& reader, const KString& semantic) {
 // Reads a `morph` into the controller record: its method (anything but RELATIVE is read as
 // RELATIVE, with a warning), its source and its targets with their weights. False after an
 // error.
-bool ImportMorph(KZylReaderCollada& reader, xmlNode* morph, ControllerRecord& record);
+bool ImportMorph(KZylReaderCollada& reader, DaeElement* morph, ControllerRecord& record);
 
 }  // namespace zylsdk

@@ -6,10 +6,10 @@
 
 namespace zylsdk {
 
-bool KZylReaderCollada::ImportGeometry(xmlNode* geometry) {
+bool KZylReaderCollada::ImportGeometry(DaeElement* geometry) {
   const KString id = DAE_GetProperty(geometry, "id");
   bool meshRead = false;
-  for (xmlNode* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
     // Only meshes are read: any other child fails the geometry, even after its mesh.
     if (!DAE_IsElement(child, "mesh")) {
       AddNotificationError(KString("Unrecognized geometry element: ") + DAE_GetName(child));
@@ -32,7 +32,7 @@ bool KZylReaderCollada::ImportGeometry(xmlNode* geometry) {
   return true;
 }
 
-bool KZylReaderCollada::ImportMesh(xmlNode* meshElement, KZylMesh* mesh) {
+bool KZylReaderCollada::ImportMesh(DaeElement* meshElement, KZylMesh* mesh) {
   if (!mesh->GetLayer(0)) mesh->CreateLayer();
   if (!mesh->GetNormals()) mesh->InitNormals(0);
   if (!(mStatus = ImportVertices(meshElement, mesh))) return false;
@@ -61,8 +61,8 @@ bool ReadVerticesSource(KZylReaderCollada& reader, MeshSources& sources, const K
 
 }  // namespace
 
-bool KZylReaderCollada::ImportVertices(xmlNode* meshElement, KZylGeometry* geometry) {
-  xmlNode* vertices = findChildByType(meshElement, "vertices");
+bool KZylReaderCollada::ImportVertices(DaeElement* meshElement, KZylGeometry* geometry) {
+  DaeElement* vertices = findChildByType(meshElement, "vertices");
   if (!vertices) {
     AddNotificationError("<vertex> node not found");
     return false;
@@ -73,9 +73,9 @@ bool KZylReaderCollada::ImportVertices(xmlNode* meshElement, KZylGeometry* geome
   const KArrayTemplate<KZylVector4>* positions = &none;
   const KArrayTemplate<KZylVector4>* normals = &none;
   const KArrayTemplate<KZylColor>* colors = nullptr;
-  KArrayTemplate<xmlNode*> inputs;
+  KArrayTemplate<DaeElement*> inputs;
   findChildrenByType(vertices, "input", inputs);
-  for (xmlNode* input : inputs) {
+  for (DaeElement* input : inputs) {
     const KString semantic = DAE_GetProperty(input, "semantic");
     const KString source = DAE_GetProperty(input, "source");
     bool ok = true;

@@ -4,7 +4,7 @@
 
 namespace zylsdk {
 
-const xmlNode* MeshSources::Find(const KString& attribute) { return EntryOf(attribute).element; }
+const DaeElement* MeshSources::Find(const KString& attribute) { return EntryOf(attribute).element; }
 
 MeshSources::Entry& MeshSources::EntryOf(const KString& attribute) {
   auto found = mEntries.find(attribute);

@@ -3,7 +3,7 @@
 // attributes that name them ("#id") and read once per kind of value, however many inputs refer
 // to them.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <tuple>
 #include <unordered_map>
@@ -17,11 +17,11 @@ namespace zylsdk {
 
 class MeshSources {
  public:
-  explicit MeshSources(const xmlNode* mesh) : mMesh(mesh) {}
+  explicit MeshSources(const DaeElement* mesh) : mMesh(mesh) {}
 
   // The element below the mesh whose id is the attribute less its first character (the "#" of
   // a local reference, dropped without being looked at); null when there is none.
-  const xmlNode* Find(const KString& attribute);
+  const DaeElement* Find(const KString& attribute);
 
   // The values of that source as vectors, colours, texture coordinates, numbers, matrices or
   // names; null when there is no such source or it cannot be read.
@@ -44,7 +44,7 @@ class MeshSources {
     KArrayTemplate<T> items;
   };
   struct Entry {
-    const xmlNode* element = nullptr;
+    const DaeElement* element = nullptr;
     std::tuple<Values<KZylVector4>, Values<KZylColor>, Values<KZylVector2>, Values<double>, Values<KZylXMatrix>,
                Values<KString>>
         values;
@@ -52,7 +52,7 @@ class MeshSources {
 
   Entry& EntryOf(const KString& attribute);
 
-  const xmlNode* mMesh;
+  const DaeElement* mMesh;
   std::unordered_map<KString, Entry> mEntries;
 };
 

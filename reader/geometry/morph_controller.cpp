@@ -17,7 +17,7 @@ KZylGeometryBase* TargetGeometry(const IdList<KZylNodeAttribute>& attributes, co
 
 }  // namespace
 
-bool ImportMorph(KZylReaderCollada& reader, xmlNode* morph, ControllerRecord& record) {
+bool ImportMorph(KZylReaderCollada& reader, DaeElement* morph, ControllerRecord& record) {
   const KString method = DAE_GetProperty(morph, "method");
   if (method != "RELATIVE")
     reader.AddNotificationWarning("Morph " + record.id + " has method " + method + ", which is not supported." +
@@ -27,19 +27,19 @@ bool ImportMorph(KZylReaderCollada& reader, xmlNode* morph, ControllerRecord& re
   return reader.ImportTargetsInController(morph, record.morphTargets, record.morphWeightSource, record.morphWeights);
 }
 
-bool KZylReaderCollada::ImportTargetsInController(xmlNode* morph, KArrayTemplate<KString>& targets,
+bool KZylReaderCollada::ImportTargetsInController(DaeElement* morph, KArrayTemplate<KString>& targets,
                                                   KString& weightSource, KArrayTemplate<double>& weights) {
-  xmlNode* targetsElement = findChildByType(morph, "targets");
+  DaeElement* targetsElement = findChildByType(morph, "targets");
   if (!targetsElement) {
     AddNotificationError(KString("<") + "targets" + "> node not found in controller\n");
     return mStatus = false;
   }
   targets.Clear();
   weights.Clear();
-  KArrayTemplate<xmlNode*> inputs;
+  KArrayTemplate<DaeElement*> inputs;
   findChildrenByType(targetsElement, "input", inputs);
   MeshSources sources(morph);
-  for (xmlNode* input : inputs) {
+  for (DaeElement* input : inputs) {
     const KString semantic = DAE_GetProperty(input, "semantic");
     if (semantic == "MORPH_TARGET") {
       const KArrayTemplate<KString>* ids = ReadInputSource<KString>(*this, sources, input);

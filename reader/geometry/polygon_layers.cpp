@@ -55,7 +55,7 @@ bool PolygonLayers::Import(const AttributeInput& input, const PrimitiveLists& li
     return true;
   }
   KZylLayer& layer = LayerOfSet(input.set);
-  const xmlNode* source = mSources.Find(input.source);
+  const DaeElement* source = mSources.Find(input.source);
   if (!source) {
     mReader.AddNotificationError(KString("source") + " " + "\"" + input.source + "\"" + " not found as <" + "source" +
                                  "> for <input>");

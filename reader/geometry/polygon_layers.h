@@ -3,7 +3,7 @@
 // texture coordinates into layer elements mapped by polygon vertex, on the layer of the
 // input's set.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <unordered_set>
 
@@ -24,7 +24,7 @@ struct AttributeInput {
 // Reads the attribute inputs of every element of one mesh, in order.
 class PolygonLayers {
  public:
-  PolygonLayers(KZylReaderCollada& reader, KZylMesh& mesh, const xmlNode* meshElement)
+  PolygonLayers(KZylReaderCollada& reader, KZylMesh& mesh, const DaeElement* meshElement)
       : mReader(reader), mMesh(mesh), mSources(meshElement) {}
 
   // Adds the input's values for every vertex of `lists`; false (with the error said) when its

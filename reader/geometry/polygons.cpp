@@ -22,10 +22,10 @@ struct PrimitiveInputs {
   std::vector<AttributeInput> attributes;
 };
 
-PrimitiveInputs ReadInputs(const xmlNode* element) {
+PrimitiveInputs ReadInputs(const DaeElement* element) {
   PrimitiveInputs inputs;
   int64_t largestOffset = 0;
-  for (xmlNode* input = firstChildElement(element); input; input = nextSiblingElement(input)) {
+  for (DaeElement* input = firstChildElement(element); input; input = nextSiblingElement(input)) {
     if (!DAE_IsElement(input, "input")) continue;
     const KString semantic = DAE_GetProperty(input, "semantic");
     const int offset = DAE_GetOffset(input);
@@ -74,10 +74,10 @@ void AddPolygons(KZylMesh& mesh, const PrimitiveLists& lists, int vertexOffset, 
 
 }  // namespace
 
-bool KZylReaderCollada::ImportPolygons(xmlNode* meshElement, KZylMesh& mesh) {
+bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh) {
   // All polygons elements first, then all triangles elements: the mesh's polygons follow this
   // order, not the document's.
-  KArrayTemplate<xmlNode*> elements;
+  KArrayTemplate<DaeElement*> elements;
   findChildrenByType(meshElement, "polygons", elements);
   findChildrenByType(meshElement, "triangles", elements);
 
@@ -95,7 +95,7 @@ bool KZylReaderCollada::ImportPolygons(xmlNode* meshElement, KZylMesh& mesh) {
   PolygonMaterials materials(mesh, mState->textures, elements.GetCount());
   PolygonLayers layers(*this, mesh, meshElement);
   for (int ordinal = 0; ordinal < elements.GetCount(); ++ordinal) {
-    xmlNode* element = elements[ordinal];
+    DaeElement* element = elements[ordinal];
     const PolygonMaterials::Indices indices = materials.Assign(DAE_GetProperty(element, "material"), ordinal);
     const PrimitiveInputs inputs = ReadInputs(element);
     if (!inputs.hasVertex) {

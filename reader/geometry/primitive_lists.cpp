@@ -9,8 +9,8 @@
 
 namespace zylsdk {
 
-PrimitiveLists::PrimitiveLists(const xmlNode* element, int64_t stride) : mStride(std::max<int64_t>(1, stride)) {
-  for (xmlNode* p = firstChildElement(element); p; p = nextSiblingElement(p)) {
+PrimitiveLists::PrimitiveLists(const DaeElement* element, int64_t stride) : mStride(std::max<int64_t>(1, stride)) {
+  for (DaeElement* p = firstChildElement(element); p; p = nextSiblingElement(p)) {
     if (!DAE_IsElement(p, "p")) continue;
     const ElementText text(p);
     mLists.emplace_back();

@@ -4,7 +4,7 @@
 // inside the run. Reads never leave a list: a position past its end, or a negative offset,
 // gives -1.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <cstdint>
 #include <vector>
@@ -16,7 +16,7 @@ namespace zylsdk {
 class PrimitiveLists {
  public:
   // Parses every `p` child of `element`, in document order.
-  PrimitiveLists(const xmlNode* element, int64_t stride);
+  PrimitiveLists(const DaeElement* element, int64_t stride);
 
   int GetListCount() const { return static_cast<int>(mLists.size()); }
   // Vertices of list `list`: positions 0, stride, 2 * stride... below its length. A length

@@ -19,7 +19,7 @@ namespace {
 using JointWeights = std::vector<std::vector<std::pair<int, double>>>;
 
 // The integers of an element's text.
-KArrayTemplate<int> ReadIntegers(const xmlNode* element) {
+KArrayTemplate<int> ReadIntegers(const DaeElement* element) {
   KArrayTemplate<int> values;
   const ElementText text(element);
   strtoints(text.c_str(), values);
@@ -39,7 +39,7 @@ int ValueAt(const std::vector<int>& v, int64_t start, int offset) {
 // walk ends with the `v` list: past it every joint would read as -1. A weight index outside
 // the weights gives 0. The weights are looked up during this walk, in the order of `v`, which
 // is mostly their own order.
-JointWeights GroupByJoint(const xmlNode* vertexWeights, int stride, int jointOffset, int weightOffset,
+JointWeights GroupByJoint(const DaeElement* vertexWeights, int stride, int jointOffset, int weightOffset,
                           const KArrayTemplate<double>& weights, int jointCount) {
   const KArrayTemplate<int> countArray = ReadIntegers(findChildByType(vertexWeights, "vcount"));
   const KArrayTemplate<int> valueArray = ReadIntegers(findChildByType(vertexWeights, "v"));
@@ -62,14 +62,14 @@ JointWeights GroupByJoint(const xmlNode* vertexWeights, int stride, int jointOff
   return perJoint;
 }
 
-bool ReadVertexWeights(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters) {
-  xmlNode* vertexWeights = findChildByType(skin, "vertex_weights");
+bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters) {
+  DaeElement* vertexWeights = findChildByType(skin, "vertex_weights");
   if (!vertexWeights) {
     reader.AddNotificationError(KString("<") + "vertex_weights" + "> node not found in controller\n");
     return false;
   }
   // The `count` attribute is not used: the vertices are those of `vcount`.
-  KArrayTemplate<xmlNode*> inputs;
+  KArrayTemplate<DaeElement*> inputs;
   findChildrenByType(vertexWeights, "input", inputs);
   // The groups of `v` hold one value per input, whatever the offsets say.
   const int stride = inputs.GetCount();
@@ -78,7 +78,7 @@ bool ReadVertexWeights(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<
   MeshSources sources(skin);
   const KArrayTemplate<KString>* joints = nullptr;
   const KArrayTemplate<double>* weights = nullptr;
-  for (xmlNode* input : inputs) {
+  for (DaeElement* input : inputs) {
     const KString semantic = DAE_GetProperty(input, "semantic");
     if (semantic == "JOINT") {
       if (!(joints = ReadInputSource<KString>(reader, sources, input))) return false;
@@ -111,20 +111,20 @@ bool ReadVertexWeights(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<
   return true;
 }
 
-bool ReadLinkMatrices(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters) {
-  xmlNode* jointsElement = findChildByType(skin, "joints");
+bool ReadLinkMatrices(KZylReaderCollada& reader, DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters) {
+  DaeElement* jointsElement = findChildByType(skin, "joints");
   if (!jointsElement) {
     reader.AddNotificationError(KString("<") + "joints" + "> node not found in controller\n");
     return false;
   }
-  KArrayTemplate<xmlNode*> inputs;
+  KArrayTemplate<DaeElement*> inputs;
   findChildrenByType(jointsElement, "input", inputs);
   MeshSources sources(skin);
   const KArrayTemplate<KString> none;
   const KArrayTemplate<KZylXMatrix> noMatrices;
   const KArrayTemplate<KString>* names = &none;
   const KArrayTemplate<KZylXMatrix>* matrices = &noMatrices;
-  for (xmlNode* input : inputs) {
+  for (DaeElement* input : inputs) {
     const KString semantic = DAE_GetProperty(input, "semantic");
     if (semantic == "JOINT") {
       if (!(names = ReadInputSource<KString>(reader, sources, input))) return false;
@@ -161,7 +161,7 @@ bool ReadLinkMatrices(KZylReaderCollada& reader, xmlNode* skin, KArrayTemplate<K
   return true;
 }
 
-bool ImportSkin(KZylReaderCollada& reader, xmlNode* skin, ControllerRecord& record) {
+bool ImportSkin(KZylReaderCollada& reader, DaeElement* skin, ControllerRecord& record) {
   record.source = DAE_GetProperty(skin, "source");
   // Without a bind_shape_matrix the text is empty, which reads as the identity.
   const ElementText text(findChildByType(skin, "bind_shape_matrix"));
@@ -185,12 +185,12 @@ KZylPose* MakeBindPose(KZylSdkManager* manager, const ControllerRecord& record) 
 
 }  // namespace
 
-bool KZylReaderCollada::ImportController(xmlNode* controller) {
+bool KZylReaderCollada::ImportController(DaeElement* controller) {
   auto record = std::make_unique<ControllerRecord>();
   record->id = DAE_GetProperty(controller, "id");
   bool skinRead = false;
   bool morphRead = false;
-  for (xmlNode* child = firstChildElement(controller); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(controller); child; child = nextSiblingElement(child)) {
     const bool isSkin = DAE_IsElement(child, "skin");
     if (!isSkin && !DAE_IsElement(child, "morph")) {
       AddNotificationWarning(KString("unknown structure in controller: <") + DAE_GetName(child) + ">");
@@ -214,11 +214,11 @@ bool KZylReaderCollada::ImportController(xmlNode* controller) {
   return mStatus = true;
 }
 
-bool KZylReaderCollada::ImportVertexWeightsInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters) {
+bool KZylReaderCollada::ImportVertexWeightsInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters) {
   return mStatus = ReadVertexWeights(*this, skin, clusters);
 }
 
-bool KZylReaderCollada::ImportLinkMatricesInController(xmlNode* skin, KArrayTemplate<KZylCluster*>& clusters) {
+bool KZylReaderCollada::ImportLinkMatricesInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters) {
   return mStatus = ReadLinkMatrices(*this, skin, clusters);
 }
 

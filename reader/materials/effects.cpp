@@ -84,9 +84,9 @@ const ParameterRule* FindRule(const RuleSet& rules, const char* parameter) {
 }
 
 // Stores the parameter's value, when its value child is there.
-void SetValue(KZylSurfaceMaterial& material, const ParameterRule& rule, bool newProperty, const xmlNode* parameter) {
+void SetValue(KZylSurfaceMaterial& material, const ParameterRule& rule, bool newProperty, const DaeElement* parameter) {
   const bool isColor = rule.source == ValueSource::kColor;
-  xmlNode* child = findChildByType(parameter, isColor ? "color" : "float");
+  DaeElement* child = findChildByType(parameter, isColor ? "color" : "float");
   if (!child) return;
   const KString text = DAE_GetContent(child);
   KZylProperty property = newProperty ? KZylProperty::Create(&material, rule.property, isColor ? DTColor3 : DTDouble, "")
@@ -102,14 +102,14 @@ void SetValue(KZylSurfaceMaterial& material, const ParameterRule& rule, bool new
 
 }  // namespace
 
-bool KZylReaderCollada::ImportEffect(xmlNode* effect) {
+bool KZylReaderCollada::ImportEffect(DaeElement* effect) {
   const KString id = DAE_GetProperty(effect, "id");
-  xmlNode* profile = findChildByType(effect, "profile_COMMON");
+  DaeElement* profile = findChildByType(effect, "profile_COMMON");
   if (!profile) {
     AddNotificationError("no common profile found for library " + id);
     return false;
   }
-  xmlNode* shading = firstChildElement(getTechniqueNode(profile));
+  DaeElement* shading = firstChildElement(getTechniqueNode(profile));
   if (!shading) return false;
 
   // The shading model's name is compared without case; parameter names are exact.
@@ -131,7 +131,7 @@ bool KZylReaderCollada::ImportEffect(xmlNode* effect) {
     rules = {std::begin(kPlainRules), std::end(kPlainRules), true};
   }
 
-  for (xmlNode* parameter = firstChildElement(shading); parameter; parameter = nextSiblingElement(parameter)) {
+  for (DaeElement* parameter = firstChildElement(shading); parameter; parameter = nextSiblingElement(parameter)) {
     const char* name = DAE_GetName(parameter);
     const ParameterRule* rule = FindRule(rules, name);
     if (!rule) continue;
@@ -141,18 +141,18 @@ bool KZylReaderCollada::ImportEffect(xmlNode* effect) {
     }
     SetValue(*material, *rule, rules.newProperties, parameter);
     if (rule->textures == kNoTextures) continue;
-    KArrayTemplate<xmlNode*> textures;
+    KArrayTemplate<DaeElement*> textures;
     findChildrenByType(parameter, "texture", textures);
     // A texture that cannot be made does not stop the effect.
-    for (xmlNode* texture : textures) ImportTexture(texture, id, rule->textures);
+    for (DaeElement* texture : textures) ImportTexture(texture, id, rule->textures);
   }
   mState->effects.Add(id, material);
   return true;
 }
 
-bool KZylReaderCollada::ImportMaterial(xmlNode* materialElement) {
+bool KZylReaderCollada::ImportMaterial(DaeElement* materialElement) {
   const KString id = DAE_GetProperty(materialElement, "id");
-  xmlNode* instance = findChildByType(materialElement, "instance_effect");
+  DaeElement* instance = findChildByType(materialElement, "instance_effect");
   if (!instance) {
     AddNotificationError("no instance effect found for library " + id);
     return false;

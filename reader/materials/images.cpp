@@ -26,11 +26,11 @@ bool RemoveUrlPrefix(KString& path) {
 
 // The `newparam` named `sid` in the scopes around `from` (nearest first, up to the effect)
 // that holds a `type` child; that child, or null.
-xmlNode* FindParameter(const xmlNode* from, const KString& sid, const char* type) {
-  for (const xmlNode* scope = parentElement(from); scope; scope = parentElement(scope)) {
-    for (xmlNode* child = firstChildElement(scope); child; child = nextSiblingElement(child))
+DaeElement* FindParameter(const DaeElement* from, const KString& sid, const char* type) {
+  for (const DaeElement* scope = parentElement(from); scope; scope = parentElement(scope)) {
+    for (DaeElement* child = firstChildElement(scope); child; child = nextSiblingElement(child))
       if (DAE_IsElement(child, "newparam") && DAE_GetProperty(child, "sid") == sid)
-        if (xmlNode* value = findChildByType(child, type)) return value;
+        if (DaeElement* value = findChildByType(child, type)) return value;
     if (DAE_IsElement(scope, "effect")) break;
   }
   return nullptr;
@@ -38,20 +38,20 @@ xmlNode* FindParameter(const xmlNode* from, const KString& sid, const char* type
 
 // The image a `texture` element names: directly, or through a `sampler2D` parameter of the
 // effect whose `source` surface names the image in its `init_from`.
-KString ImageIdOf(const xmlNode* texture) {
+KString ImageIdOf(const DaeElement* texture) {
   const KString name = DAE_GetProperty(texture, "texture");
-  xmlNode* sampler = name.IsEmpty() ? nullptr : FindParameter(texture, name, "sampler2D");
+  DaeElement* sampler = name.IsEmpty() ? nullptr : FindParameter(texture, name, "sampler2D");
   if (!sampler) return name;
-  xmlNode* surface = FindParameter(texture, DAE_GetContent(findChildByType(sampler, "source")), "surface");
-  xmlNode* initFrom = findChildByType(surface, "init_from");
+  DaeElement* surface = FindParameter(texture, DAE_GetContent(findChildByType(sampler, "source")), "surface");
+  DaeElement* initFrom = findChildByType(surface, "init_from");
   return initFrom ? DAE_GetContent(initFrom) : name;
 }
 
 }  // namespace
 
-bool KZylReaderCollada::ImportImage(xmlNode* image) {
+bool KZylReaderCollada::ImportImage(DaeElement* image) {
   const KString id = DAE_GetProperty(image, "id");
-  xmlNode* initFrom = findChildByType(image, "init_from");
+  DaeElement* initFrom = findChildByType(image, "init_from");
   if (!initFrom) {
     AddNotificationError("Image " + id + " has no input file.");
     return false;
@@ -75,20 +75,20 @@ bool KZylReaderCollada::ImportImage(xmlNode* image) {
   return true;
 }
 
-bool KZylReaderCollada::ImportTexture(xmlNode* textureElement, KString effectId,
+bool KZylReaderCollada::ImportTexture(DaeElement* textureElement, KString effectId,
                                       KZylLayerElement::ELayerElementType layerKind) {
   const KString imageId = ImageIdOf(textureElement);
   // Every reference gets a texture of its own, even when several name one image.
   KZylTexture* texture = KZylTexture::Create(mManager, imageId.Buffer());
   // Without `extra` the texture stays bare: no file, not placed on any mesh.
-  xmlNode* extra = findChildByType(textureElement, "extra");
+  DaeElement* extra = findChildByType(textureElement, "extra");
   if (!extra) return true;
 
-  if (xmlNode* technique = getTechniqueNode(extra, "KORU")) {
+  if (DaeElement* technique = getTechniqueNode(extra, "KORU")) {
     KZylTexture::EWrapMode wrapU = KZylTexture::eRepeat;
     KZylTexture::EWrapMode wrapV = KZylTexture::eRepeat;
     KZylTexture::EBlendMode blend = KZylTexture::eNormal;
-    for (xmlNode* setting = firstChildElement(technique); setting; setting = nextSiblingElement(setting)) {
+    for (DaeElement* setting = firstChildElement(technique); setting; setting = nextSiblingElement(setting)) {
       const KString name = DAE_GetName(setting);
       const KString value = DAE_GetContent(setting).Upper();
       if (name == "wrapU" || name == "wrapV") {

@@ -5,13 +5,13 @@
 
 namespace zylsdk {
 
-void ReadElementNumbers(const xmlNode* element, double* values, int count) {
+void ReadElementNumbers(const DaeElement* element, double* values, int count) {
   ElementText text(element);
   const char* cursor = text.c_str();
   for (int i = 0; i < count; ++i) values[i] = strtodouble(&cursor);
 }
 
-double ReadElementNumber(const xmlNode* element) {
+double ReadElementNumber(const DaeElement* element) {
   double value = 0.0;
   ReadElementNumbers(element, &value, 1);
   return value;

@@ -23,7 +23,7 @@ void SetPostRotation(KZylNode& node, const KZylVector4& rotation) {
 }
 
 // A camera's position, interest and up vector from a `lookat` of the node, when it has one.
-void ApplyLookAt(KZylReaderCollada& reader, xmlNode* nodeElement, KZylNode& node, KZylCamera& camera) {
+void ApplyLookAt(KZylReaderCollada& reader, DaeElement* nodeElement, KZylNode& node, KZylCamera& camera) {
   KZylVector4 position(0.0, 0.0, 0.0, 1.0);
   KZylVector4 interest(0.0, -1.0, 0.0, 1.0);
   KZylVector4 up(0.0, 1.0, 0.0);
@@ -40,11 +40,11 @@ void ApplyLookAt(KZylReaderCollada& reader, xmlNode* nodeElement, KZylNode& node
 // The node of the first instance of a camera, controller, geometry or light (tested in that
 // order) that `element` holds, when its url is `url`; the node is found by the element's name.
 // False when the element holds no such instance.
-bool FindInstanceNode(const xmlNode* element, KZylNode* root, const KString& url, KZylNode*& found) {
+bool FindInstanceNode(const DaeElement* element, KZylNode* root, const KString& url, KZylNode*& found) {
   static const char* const kInstanceKinds[] = {"instance_camera", "instance_controller", "instance_geometry",
                                                "instance_light"};
   for (const char* kind : kInstanceKinds) {
-    xmlNode* instance = findChildByType(element, kind);
+    DaeElement* instance = findChildByType(element, kind);
     if (!instance) continue;
     if (DAE_GetProperty(instance, "url") != url) return false;
     found = root ? root->FindChild(DAE_GetProperty(element, "name"), true, false) : nullptr;
@@ -55,7 +55,7 @@ bool FindInstanceNode(const xmlNode* element, KZylNode* root, const KString& url
 
 }  // namespace
 
-bool KZylReaderCollada::ImportNodeAttribute(xmlNode* nodeElement, KZylNode& node, KZylNodeAttribute* attribute) {
+bool KZylReaderCollada::ImportNodeAttribute(DaeElement* nodeElement, KZylNode& node, KZylNodeAttribute* attribute) {
   if (!attribute) return mStatus = true;
   switch (attribute->GetAttributeType()) {
     case KZylNodeAttribute::eNull:
@@ -104,28 +104,28 @@ bool KZylReaderCollada::ImportNodeAttribute(xmlNode* nodeElement, KZylNode& node
   }
 }
 
-KArrayTemplate<KZylNode*> KZylReaderCollada::FindInstances(xmlNode* element, KZylNode* root, KString url) {
+KArrayTemplate<KZylNode*> KZylReaderCollada::FindInstances(DaeElement* element, KZylNode* root, KString url) {
   // Depth first, each element before its descendants; only visual scenes and nodes are looked
   // into. An explicit stack keeps deep hierarchies off the call stack.
   KArrayTemplate<KZylNode*> nodes;
-  std::vector<const xmlNode*> pending(1, element);
+  std::vector<const DaeElement*> pending(1, element);
   while (!pending.empty()) {
-    const xmlNode* current = pending.back();
+    const DaeElement* current = pending.back();
     pending.pop_back();
     if (!DAE_IsElement(current, "visual_scene") && !DAE_IsElement(current, "node")) continue;
     KZylNode* found = nullptr;
     // A name that no node has still gives an entry, a null one.
     if (FindInstanceNode(current, root, url, found)) nodes.Add(found);
     const size_t firstChild = pending.size();
-    for (xmlNode* child = firstChildElement(current); child; child = nextSiblingElement(child)) pending.push_back(child);
+    for (DaeElement* child = firstChildElement(current); child; child = nextSiblingElement(child)) pending.push_back(child);
     std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(firstChild), pending.end());
   }
   return nodes;
 }
 
-bool KZylReaderCollada::ImportLookAt(xmlNode* nodeElement, KZylVector4& position, KZylVector4& interest,
+bool KZylReaderCollada::ImportLookAt(DaeElement* nodeElement, KZylVector4& position, KZylVector4& interest,
                                      KZylVector4& up, KZylXMatrix& matrix) {
-  xmlNode* lookAt = findChildByType(nodeElement, "lookat");
+  DaeElement* lookAt = findChildByType(nodeElement, "lookat");
   if (!lookAt) return false;
   double values[9];
   ReadElementNumbers(lookAt, values, 9);

@@ -9,7 +9,7 @@ namespace zylsdk {
 namespace {
 
 // Binds one `instance_material`: false after an error.
-bool BindMaterial(const NodeImportContext& context, xmlNode* instanceMaterial, const KZylNode& node, KZylMesh& mesh) {
+bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial, const KZylNode& node, KZylMesh& mesh) {
   KZylReaderCollada& reader = context.reader;
   const KString symbol = DAE_GetProperty(instanceMaterial, "symbol");
   const KString target = DAE_GetProperty(instanceMaterial, "target");
@@ -37,15 +37,15 @@ bool BindMaterial(const NodeImportContext& context, xmlNode* instanceMaterial, c
 
 }  // namespace
 
-bool BindMaterials(const NodeImportContext& context, xmlNode* instance, const KZylNode& node, KZylMesh& mesh) {
-  for (xmlNode* binding = firstChildElement(instance); binding; binding = nextSiblingElement(binding)) {
+bool BindMaterials(const NodeImportContext& context, DaeElement* instance, const KZylNode& node, KZylMesh& mesh) {
+  for (DaeElement* binding = firstChildElement(instance); binding; binding = nextSiblingElement(binding)) {
     if (!DAE_IsElement(binding, "bind_material")) continue;
-    xmlNode* technique = getTechniqueCommonNode(binding);
+    DaeElement* technique = getTechniqueCommonNode(binding);
     if (!technique) {
       context.reader.AddNotificationError("no <technique_common> node found for bind_material node ");
       return false;
     }
-    for (xmlNode* child = firstChildElement(technique); child; child = nextSiblingElement(child))
+    for (DaeElement* child = firstChildElement(technique); child; child = nextSiblingElement(child))
       if (DAE_IsElement(child, "instance_material") && !BindMaterial(context, child, node, mesh)) return false;
   }
   return true;

@@ -11,7 +11,7 @@ namespace {
 
 enum class ChildKind { kBoundingBox, kInstance, kNode, kReadElsewhere, kUnknown };
 
-ChildKind KindOf(const xmlNode* child) {
+ChildKind KindOf(const DaeElement* child) {
   auto is = [child](const char* name) { return DAE_IsElement(child, name); };
   if (is("boundingbox")) return ChildKind::kBoundingBox;
   if (is("instance") || is("instance_geometry") || is("instance_camera") || is("instance_light") ||
@@ -33,7 +33,7 @@ KZylMesh* MeshOf(const KZylNode& node) {
 
 // Gives the node the attribute that one instance element names (a library object, or the
 // target geometry of a controller), then binds the materials of the node's mesh.
-bool ImportInstance(const NodeImportContext& context, xmlNode* instance, xmlNode* nodeElement, KZylNode& node) {
+bool ImportInstance(const NodeImportContext& context, DaeElement* instance, DaeElement* nodeElement, KZylNode& node) {
   KZylReaderCollada& reader = context.reader;
   const IdList<KZylNodeAttribute>& attributes = context.state.nodeAttributes;
   const KString id = DAE_GetUrl(instance);
@@ -61,7 +61,7 @@ bool ImportInstance(const NodeImportContext& context, xmlNode* instance, xmlNode
 
 // Handles one child element of a node. A child node to import is returned in `childNode`
 // (null when there is none, or when the child is a default view, dropped with its subtree).
-bool ImportNodeChild(const NodeImportContext& context, xmlNode* child, xmlNode* nodeElement, KZylNode& node,
+bool ImportNodeChild(const NodeImportContext& context, DaeElement* child, DaeElement* nodeElement, KZylNode& node,
                      KZylNode*& childNode) {
   KZylReaderCollada& reader = context.reader;
   const char* name = DAE_GetName(child);
@@ -88,7 +88,7 @@ bool ImportNodeChild(const NodeImportContext& context, xmlNode* child, xmlNode* 
 
 // Every node ends with an attribute: a joint skeleton for nodes of type JOINT, which also takes
 // over the placeholder links of the skins, and a null otherwise.
-bool GiveDefaultAttribute(const NodeImportContext& context, xmlNode* nodeElement, KZylNode& node, const KString& id) {
+bool GiveDefaultAttribute(const NodeImportContext& context, DaeElement* nodeElement, KZylNode& node, const KString& id) {
   if (node.GetNodeAttribute()) return true;
   KZylSdkManager* manager = context.reader.GetZylSdkManager();
   if (DAE_GetProperty(nodeElement, "type") != "JOINT") {
@@ -105,10 +105,10 @@ bool GiveDefaultAttribute(const NodeImportContext& context, xmlNode* nodeElement
 
 }  // namespace
 
-bool KZylReaderCollada::ImportNode(xmlNode* nodeElement, KZylNode& node, KString id) {
+bool KZylReaderCollada::ImportNode(DaeElement* nodeElement, KZylNode& node, KString id) {
   if (!(mStatus = ImportTransforms(nodeElement, &node))) return false;
   const NodeImportContext context{*this, *mState, mStatus};
-  for (xmlNode* child = firstChildElement(nodeElement); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(nodeElement); child; child = nextSiblingElement(child)) {
     KZylNode* childNode = nullptr;
     if (!ImportNodeChild(context, child, nodeElement, node, childNode)) return false;
     if (!childNode) continue;

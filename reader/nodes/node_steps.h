@@ -2,7 +2,7 @@
 // Steps of the node import that live in files of their own. They work on the reader through
 // its public operations and on the document state that the node import hands them.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include "reader/collada_reader.h"
 
@@ -21,7 +21,7 @@ bool IsDefaultViewCamera(const KString& id);
 
 // Replaces the placeholder materials of the mesh's slots by the document's materials, as the
 // `bind_material` children of the instance element ask. False after an error.
-bool BindMaterials(const NodeImportContext& context, xmlNode* instance, const KZylNode& node, KZylMesh& mesh);
+bool BindMaterials(const NodeImportContext& context, DaeElement* instance, const KZylNode& node, KZylMesh& mesh);
 
 // Gives the mesh of a node that instances a controller its own copy of the controller's skin
 // (clusters and bind pose) and its morph targets as shapes.

@@ -29,7 +29,7 @@ bool HasAxisSuffix(std::string_view value, const char* prefix) {
 }
 
 // `base` with its x, y and z replaced by the three numbers of the element; w is kept.
-KZylVector4 ReadXYZ(const xmlNode* element, KZylVector4 base) {
+KZylVector4 ReadXYZ(const DaeElement* element, KZylVector4 base) {
   double values[3];
   ReadElementNumbers(element, values, 3);
   for (int i = 0; i < 3; ++i) base[i] = values[i];
@@ -77,11 +77,11 @@ KZylVector4 EulerFromAxisAngle(double x, double y, double z, double angle, KZylV
 
 }  // namespace
 
-bool KZylReaderCollada::ImportTransforms(xmlNode* nodeElement, KZylNode* node) {
+bool KZylReaderCollada::ImportTransforms(DaeElement* nodeElement, KZylNode* node) {
   // Where the last rotate about X, Y and Z stood among the principal-axis rotates.
   int positions[3] = {-1, -1, -1};
   int count = 0;
-  for (xmlNode* child = firstChildElement(nodeElement); child; child = nextSiblingElement(child)) {
+  for (DaeElement* child = firstChildElement(nodeElement); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
     KString sidStorage;
     const std::string_view sid = DAE_PropertyText(child, "sid", sidStorage);
@@ -153,7 +153,7 @@ bool KZylReaderCollada::ImportTransforms(xmlNode* nodeElement, KZylNode* node) {
   return true;
 }
 
-KZylVector4& KZylReaderCollada::ImportRotation(xmlNode* rotate, KZylNode*, int& axis, KZylVector4& rotation) {
+KZylVector4& KZylReaderCollada::ImportRotation(DaeElement* rotate, KZylNode*, int& axis, KZylVector4& rotation) {
   double values[4];
   ReadElementNumbers(rotate, values, 4);
   const double x = values[0], y = values[1], z = values[2], angle = values[3];

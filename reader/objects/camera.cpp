@@ -33,7 +33,7 @@ struct Optics {
 };
 
 // Applies one parameter of a projection element; false for a name it does not know.
-bool ReadOpticsParameter(const xmlNode* parameter, KZylCamera& camera, Optics& optics) {
+bool ReadOpticsParameter(const DaeElement* parameter, KZylCamera& camera, Optics& optics) {
   auto is = [parameter](const char* name) { return DAE_IsElement(parameter, name); };
   const double value = ReadElementNumber(parameter);
   if (is("xfov")) {
@@ -85,12 +85,12 @@ void ApplyOptics(const Optics& optics, KZylCamera& camera) {
 }
 
 // The vendor technique: apertures in centimetres and the squeeze ratio.
-void ReadVendorOptics(KZylReaderCollada& reader, const KString& id, const xmlNode* vendor, KZylCamera& camera) {
+void ReadVendorOptics(KZylReaderCollada& reader, const KString& id, const DaeElement* vendor, KZylCamera& camera) {
   camera.SetDefaultCameraInterestPosition(KZylVector4(0.0, 0.0, -1.0, 1.0));
   camera.SetSpecificDistance(5.0);
   // The apertures do not change the field of view read from the common technique.
   const double fieldOfView = camera.GetDefaultFieldOfView();
-  for (xmlNode* parameter = firstChildElement(vendor); parameter; parameter = nextSiblingElement(parameter)) {
+  for (DaeElement* parameter = firstChildElement(vendor); parameter; parameter = nextSiblingElement(parameter)) {
     const char* name = DAE_GetName(parameter);
     const double value = ReadElementNumber(parameter);
     if (DAE_IsElement(parameter, "vertical_aperture"))
@@ -108,21 +108,21 @@ void ReadVendorOptics(KZylReaderCollada& reader, const KString& id, const xmlNod
 
 }  // namespace
 
-bool KZylReaderCollada::ImportCamera(xmlNode* cameraElement) {
+bool KZylReaderCollada::ImportCamera(DaeElement* cameraElement) {
   const KString id = DAE_GetProperty(cameraElement, "id");
   KZylCamera* camera = KZylCamera::Create(mManager, "");
-  xmlNode* optics = findChildByType(cameraElement, "optics");
+  DaeElement* optics = findChildByType(cameraElement, "optics");
   if (!optics) {
     AddNotificationError("Camera node " + id + " has no <optics> node.");
     return mStatus = false;
   }
-  xmlNode* common = getTechniqueCommonNode(optics);
+  DaeElement* common = getTechniqueCommonNode(optics);
   if (!common) {
     AddNotificationError("no <technique> node found for camera node " + id);
     return mStatus = false;
   }
 
-  for (xmlNode* projection = firstChildElement(common); projection; projection = nextSiblingElement(projection)) {
+  for (DaeElement* projection = firstChildElement(common); projection; projection = nextSiblingElement(projection)) {
     const char* projectionName = DAE_GetName(projection);
     if (DAE_IsElement(projection, "orthographic")) {
       camera->SetProjectionType(KZylCamera::eOrthogonal);
@@ -133,7 +133,7 @@ bool KZylReaderCollada::ImportCamera(xmlNode* cameraElement) {
       camera->SetProjectionType(KZylCamera::ePerspective);
     }
     Optics values;
-    for (xmlNode* parameter = firstChildElement(projection); parameter; parameter = nextSiblingElement(parameter)) {
+    for (DaeElement* parameter = firstChildElement(projection); parameter; parameter = nextSiblingElement(parameter)) {
       const char* name = DAE_GetName(parameter);
       if (!ReadOpticsParameter(parameter, *camera, values))
         WarnOnce(name, KString("Unrecognized camera parameter: ") + name);
@@ -142,7 +142,7 @@ bool KZylReaderCollada::ImportCamera(xmlNode* cameraElement) {
     ApplyOptics(values, *camera);
   }
 
-  if (xmlNode* vendor = getTechniqueNode(optics, "KORU")) ReadVendorOptics(*this, id, vendor, *camera);
+  if (DaeElement* vendor = getTechniqueNode(optics, "KORU")) ReadVendorOptics(*this, id, vendor, *camera);
 
   mState->nodeAttributes.Add(id, static_cast<KZylNodeAttribute*>(camera));
   return mStatus = true;

@@ -22,7 +22,7 @@ void AddAmbientColor(KZylScene& scene, const KZylColor& color) {
 
 // The light type of a kind element of the common technique; false for ambient and unknown kinds,
 // which make no light.
-bool LightTypeOf(const xmlNode* kind, KZylLight::ELightType& type) {
+bool LightTypeOf(const DaeElement* kind, KZylLight::ELightType& type) {
   if (DAE_IsElement(kind, "directional"))
     type = KZylLight::eDirectional;
   else if (DAE_IsElement(kind, "point"))
@@ -37,7 +37,7 @@ bool LightTypeOf(const xmlNode* kind, KZylLight::ELightType& type) {
 // One parameter of the common technique. Without a light (ambient or unknown kinds) the colour
 // goes to the scene's ambient colour.
 void ReadLightParameter(KZylReaderCollada& reader, KZylScene& scene, KZylLight* light, const KString& id,
-                        const xmlNode* parameter) {
+                        const DaeElement* parameter) {
   const char* name = DAE_GetName(parameter);
   if (DAE_IsElement(parameter, "color")) {
     ElementText text(parameter);
@@ -59,12 +59,12 @@ void ReadLightParameter(KZylReaderCollada& reader, KZylScene& scene, KZylLight* 
 
 }  // namespace
 
-bool KZylReaderCollada::ImportLight(KZylScene& scene, xmlNode* lightElement) {
+bool KZylReaderCollada::ImportLight(KZylScene& scene, DaeElement* lightElement) {
   const KString id = DAE_GetProperty(lightElement, "id");
   KZylLight* light = nullptr;
 
-  xmlNode* common = getTechniqueCommonNode(lightElement);
-  for (xmlNode* kind = firstChildElement(common); kind; kind = nextSiblingElement(kind)) {
+  DaeElement* common = getTechniqueCommonNode(lightElement);
+  for (DaeElement* kind = firstChildElement(common); kind; kind = nextSiblingElement(kind)) {
     KZylLight::ELightType type;
     if (LightTypeOf(kind, type)) {
       light = KZylLight::Create(mManager, "");
@@ -72,14 +72,14 @@ bool KZylReaderCollada::ImportLight(KZylScene& scene, xmlNode* lightElement) {
     } else if (!DAE_IsElement(kind, "ambient")) {
       AddNotificationWarning(KString("Unknown light type: ") + DAE_GetName(kind));
     }
-    for (xmlNode* parameter = firstChildElement(kind); parameter; parameter = nextSiblingElement(parameter)) {
+    for (DaeElement* parameter = firstChildElement(kind); parameter; parameter = nextSiblingElement(parameter)) {
       ReadLightParameter(*this, scene, light, id, parameter);
       RegisterParameterTarget(*this, id, parameter);
     }
   }
 
-  if (xmlNode* vendor = getTechniqueNode(lightElement, "KORU")) {
-    for (xmlNode* parameter = firstChildElement(vendor); parameter; parameter = nextSiblingElement(parameter)) {
+  if (DaeElement* vendor = getTechniqueNode(lightElement, "KORU")) {
+    for (DaeElement* parameter = firstChildElement(vendor); parameter; parameter = nextSiblingElement(parameter)) {
       if (DAE_IsElement(parameter, "intensity")) {
         // The kit's intensity is a percentage. An ambient light has no object to take it.
         if (light) light->SetDefaultIntensity(ReadElementNumber(parameter) * 100.0);

@@ -1,7 +1,7 @@
 #pragma once
 // Animatable parameters of cameras and lights.
 
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include "reader/collada_reader.h"
 
@@ -9,6 +9,6 @@ namespace zylsdk {
 
 // Registers a parameter element that has a "sid" as an animation target "<object id>/<sid>",
 // with the element's name as its kind and axis 0. Parameters without sid are not animatable.
-void RegisterParameterTarget(KZylReaderCollada& reader, const KString& objectId, const xmlNode* parameter);
+void RegisterParameterTarget(KZylReaderCollada& reader, const KString& objectId, const DaeElement* parameter);
 
 }  // namespace zylsdk

@@ -169,8 +169,8 @@ TEST(XmlParsing, AFifteenMegabyteFloatArrayParses) {
 
   XmlDocumentPtr document = ParseXmlFile(file.Path());
   ASSERT_NE(document, nullptr);
-  xmlNode* root = xmlDocGetRootElement(document.get());
-  xmlNode* source = findChildById(root, "big");
+  DaeElement* root = xmlDocGetRootElement(document.get());
+  DaeElement* source = findChildById(root, "big");
   ASSERT_NE(source, nullptr);
   EXPECT_EQ(std::string(ElementText(findChildByType(source, "float_array")).c_str()).size(),
             static_cast<size_t>(count) * 4);

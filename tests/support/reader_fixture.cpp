@@ -12,7 +12,7 @@ ReaderTest::~ReaderTest() {
   for (xmlDoc* document : mDocuments) xmlFreeDoc(document);
 }
 
-xmlNode* ReaderTest::Parse(const std::string& xml) {
+zylsdk::DaeElement* ReaderTest::Parse(const std::string& xml) {
   xmlDoc* document = xmlReadMemory(xml.data(), static_cast<int>(xml.size()), "fragment.xml", nullptr,
                                    XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
   if (!document) {

@@ -3,7 +3,7 @@
 // fragments parsed into elements that live as long as the test.
 
 #include <gtest/gtest.h>
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include <memory>
 #include <string>
@@ -19,7 +19,7 @@ class ReaderTest : public ::testing::Test {
   ~ReaderTest() override;
 
   // Parses `xml` (a fragment with one root element) and returns its root element.
-  xmlNode* Parse(const std::string& xml);
+  zylsdk::DaeElement* Parse(const std::string& xml);
   // The notification texts so far, and how many equal `text`.
   std::vector<std::string> Messages() const;
   int CountMessage(const std::string& text) const;

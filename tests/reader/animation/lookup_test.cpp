@@ -17,24 +17,24 @@ using namespace zylsdk;
 
 class LookupTest : public zyltest::ReaderTest {};
 
-void CollectAnimations(xmlNode* element, std::vector<xmlNode*>& out) {
+void CollectAnimations(DaeElement* element, std::vector<DaeElement*>& out) {
   if (DAE_IsElement(element, "animation")) out.push_back(element);
-  for (xmlNode* child = firstChildElement(element); child; child = nextSiblingElement(child))
+  for (DaeElement* child = firstChildElement(element); child; child = nextSiblingElement(child))
     CollectAnimations(child, out);
 }
 
 TEST_F(LookupTest, ElementsByIdAnswerLikeTheSearchBelowEachAnimation) {
   // Ids repeated at several depths, an empty id, and an id on the animations themselves.
-  xmlNode* top = Parse(
+  DaeElement* top = Parse(
       "<animation id=\"a\"><source id=\"s\"/><animation id=\"b\"><source id=\"s\"/><sampler id=\"p\"/>"
       "<animation id=\"c\"><source id=\"p\"/><source id=\"\"/></animation></animation>"
       "<sampler id=\"p\"/><animation id=\"d\"><x><y id=\"s\"/></x></animation><source id=\"a\"/></animation>");
   const AnimationElementIds ids(top);
-  std::vector<xmlNode*> scopes;
+  std::vector<DaeElement*> scopes;
   CollectAnimations(top, scopes);
   ASSERT_EQ(scopes.size(), 4u);
   int found = 0;
-  for (xmlNode* scope : scopes) {
+  for (DaeElement* scope : scopes) {
     for (const char* id : {"a", "b", "c", "d", "s", "p", "", "none"}) {
       EXPECT_EQ(ids.Find(scope, id), findChildById(scope, id)) << DAE_GetProperty(scope, "id").Buffer() << " " << id;
       found += ids.Find(scope, id) ? 1 : 0;
@@ -42,7 +42,7 @@ TEST_F(LookupTest, ElementsByIdAnswerLikeTheSearchBelowEachAnimation) {
   }
   EXPECT_GT(found, 8);
   // An element outside the animation's tree is searched directly.
-  xmlNode* other = Parse("<animation><source id=\"s\"/></animation>");
+  DaeElement* other = Parse("<animation><source id=\"s\"/></animation>");
   EXPECT_EQ(ids.Find(other, "s"), firstChildElement(other));
 }
 

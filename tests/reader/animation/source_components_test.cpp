@@ -11,7 +11,7 @@ using namespace zylsdk;
 class SourceComponentsTest : public zyltest::ReaderTest {
  protected:
   // A source of `values` whose accessor has the attributes `accessor` and holds `params`.
-  xmlNode* Source(const std::string& values, const std::string& accessor, const std::string& params) {
+  DaeElement* Source(const std::string& values, const std::string& accessor, const std::string& params) {
     return Parse("<source id=\"s\"><float_array id=\"s-array\">" + values +
                  "</float_array><technique_common><accessor source=\"#s-array\" " + accessor + ">" + params +
                  "</accessor></technique_common></source>");

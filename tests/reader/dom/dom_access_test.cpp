@@ -2,7 +2,7 @@
 // and techniques; all of them accept a null element.
 
 #include <gtest/gtest.h>
-#include <libxml/tree.h>
+#include "reader/dom/dom.h"
 
 #include "reader/dom/dom.h"
 #include "tests/support/reader_fixture.h"
@@ -13,7 +13,7 @@ using namespace zylsdk;
 using DomAccess = zyltest::ReaderTest;
 
 TEST_F(DomAccess, PropertyIsTheAttributeValueOrEmpty) {
-  xmlNode* input = Parse("<input semantic=\"VERTEX\" source=\"#verts\" offset=\"2\" set=\"\"/>");
+  DaeElement* input = Parse("<input semantic=\"VERTEX\" source=\"#verts\" offset=\"2\" set=\"\"/>");
   EXPECT_EQ(DAE_GetProperty(input, "semantic"), "VERTEX");
   EXPECT_EQ(DAE_GetProperty(input, "source"), "#verts");
   EXPECT_EQ(DAE_GetProperty(input, "set"), "");
@@ -21,17 +21,17 @@ TEST_F(DomAccess, PropertyIsTheAttributeValueOrEmpty) {
   EXPECT_EQ(DAE_GetProperty(input, "Semantic"), "");  // names are case-sensitive
   EXPECT_EQ(DAE_GetProperty(nullptr, "id"), "");
   // A text node has no attributes.
-  xmlNode* text = Parse("<a>text</a>")->children;
+  DaeElement* text = Parse("<a>text</a>")->children;
   EXPECT_EQ(DAE_GetProperty(text, "id"), "");
 }
 
 TEST_F(DomAccess, PropertyKeepsUtf8AndDecodesCharacterReferences) {
-  xmlNode* node = Parse("<node name=\"h\xc3\xa9llo&#32;&amp;\"/>");
+  DaeElement* node = Parse("<node name=\"h\xc3\xa9llo&#32;&amp;\"/>");
   EXPECT_EQ(DAE_GetProperty(node, "name").Std(), "h\xc3\xa9llo &");
 }
 
 TEST_F(DomAccess, PropertyTextPointsIntoTheDocumentForAPlainValue) {
-  xmlNode* node = Parse("<node sid=\"rotateX\" empty=\"\"/>");
+  DaeElement* node = Parse("<node sid=\"rotateX\" empty=\"\"/>");
   KString storage;
   const char* text = DAE_PropertyText(node, "sid", storage);
   EXPECT_STREQ(text, "rotateX");
@@ -43,7 +43,7 @@ TEST_F(DomAccess, PropertyTextPointsIntoTheDocumentForAPlainValue) {
 }
 
 TEST_F(DomAccess, PropertyTextOfADeclaredDefaultValueIsHeldByTheStorage) {
-  xmlNode* node = Parse("<!DOCTYPE node [<!ATTLIST node sid CDATA \"fromDtd\">]><node/>");
+  DaeElement* node = Parse("<!DOCTYPE node [<!ATTLIST node sid CDATA \"fromDtd\">]><node/>");
   KString storage;
   const char* text = DAE_PropertyText(node, "sid", storage);
   EXPECT_STREQ(text, "fromDtd");
@@ -52,22 +52,22 @@ TEST_F(DomAccess, PropertyTextOfADeclaredDefaultValueIsHeldByTheStorage) {
 }
 
 TEST_F(DomAccess, ContentIsTheTextOfTheElementAndItsDescendants) {
-  xmlNode* author = Parse("<author>  Ada\nLovelace </author>");
+  DaeElement* author = Parse("<author>  Ada\nLovelace </author>");
   EXPECT_EQ(DAE_GetContent(author), "  Ada\nLovelace ");
-  xmlNode* mixed = Parse("<a>1 <!-- note --> 2 <b>3</b><![CDATA[ <4> ]]></a>");
+  DaeElement* mixed = Parse("<a>1 <!-- note --> 2 <b>3</b><![CDATA[ <4> ]]></a>");
   EXPECT_EQ(DAE_GetContent(mixed), "1  2 3 <4> ");
   EXPECT_EQ(DAE_GetContent(Parse("<empty/>")), "");
 }
 
 TEST_F(DomAccess, ContentOfAMissingChildIsEmpty) {
-  xmlNode* asset = Parse("<asset><title>T</title></asset>");
+  DaeElement* asset = Parse("<asset><title>T</title></asset>");
   EXPECT_EQ(DAE_GetContent(findChildByType(asset, "subject")), "");
   EXPECT_EQ(DAE_GetContent(nullptr), "");
   EXPECT_EQ(DAE_GetContent(findChildByType(asset, "title")), "T");
 }
 
 TEST_F(DomAccess, ElementTextReadsASingleTextNodeInPlace) {
-  xmlNode* array = Parse("<float_array>1 2 3</float_array>");
+  DaeElement* array = Parse("<float_array>1 2 3</float_array>");
   ElementText text(array);
   EXPECT_STREQ(text.c_str(), "1 2 3");
   EXPECT_EQ(static_cast<const void*>(text.c_str()), static_cast<const void*>(array->children->content));
@@ -100,7 +100,7 @@ TEST_F(DomAccess, OffsetIsAnInteger) {
 }
 
 TEST_F(DomAccess, NamesAndElementTests) {
-  xmlNode* root = Parse("<COLLADA><!-- c -->text<asset/></COLLADA>");
+  DaeElement* root = Parse("<COLLADA><!-- c -->text<asset/></COLLADA>");
   EXPECT_STREQ(DAE_GetName(root), "COLLADA");
   EXPECT_STREQ(DAE_GetName(nullptr), "");
   EXPECT_TRUE(DAE_IsElement(root, "COLLADA"));
@@ -110,11 +110,11 @@ TEST_F(DomAccess, NamesAndElementTests) {
 }
 
 TEST_F(DomAccess, ElementWalkSkipsTextAndComments) {
-  xmlNode* root = Parse("<r> <!-- c --> <a/> text <?pi x?> <b/> <![CDATA[x]]> </r>");
-  xmlNode* a = firstChildElement(root);
+  DaeElement* root = Parse("<r> <!-- c --> <a/> text <?pi x?> <b/> <![CDATA[x]]> </r>");
+  DaeElement* a = firstChildElement(root);
   ASSERT_NE(a, nullptr);
   EXPECT_STREQ(DAE_GetName(a), "a");
-  xmlNode* b = nextSiblingElement(a);
+  DaeElement* b = nextSiblingElement(a);
   ASSERT_NE(b, nullptr);
   EXPECT_STREQ(DAE_GetName(b), "b");
   EXPECT_EQ(nextSiblingElement(b), nullptr);
@@ -124,7 +124,7 @@ TEST_F(DomAccess, ElementWalkSkipsTextAndComments) {
 }
 
 TEST_F(DomAccess, FindChildByTypeGivesTheFirstDirectChild) {
-  xmlNode* root = Parse("<mesh><source id=\"1\"/><vertices/><source id=\"2\"/><x><triangles/></x></mesh>");
+  DaeElement* root = Parse("<mesh><source id=\"1\"/><vertices/><source id=\"2\"/><x><triangles/></x></mesh>");
   EXPECT_EQ(DAE_GetProperty(findChildByType(root, "source"), "id"), "1");
   EXPECT_EQ(findChildByType(root, "triangles"), nullptr);  // only direct children
   EXPECT_EQ(findChildByType(root, "Source"), nullptr);
@@ -132,22 +132,22 @@ TEST_F(DomAccess, FindChildByTypeGivesTheFirstDirectChild) {
 }
 
 TEST_F(DomAccess, FindChildrenByTypeAppendsInDocumentOrder) {
-  xmlNode* root = Parse("<mesh><source id=\"1\"/><vertices/><source id=\"2\"/><x><source id=\"3\"/></x></mesh>");
-  KArrayTemplate<xmlNode*> found;
+  DaeElement* root = Parse("<mesh><source id=\"1\"/><vertices/><source id=\"2\"/><x><source id=\"3\"/></x></mesh>");
+  KArrayTemplate<DaeElement*> found;
   found.Add(nullptr);  // already there: kept
   findChildrenByType(root, "source", found);
   ASSERT_EQ(found.GetCount(), 3);
   EXPECT_EQ(found[0], nullptr);
   EXPECT_EQ(DAE_GetProperty(found[1], "id"), "1");
   EXPECT_EQ(DAE_GetProperty(found[2], "id"), "2");
-  KArrayTemplate<xmlNode*> none;
+  KArrayTemplate<DaeElement*> none;
   findChildrenByType(root, "polylist", none);
   findChildrenByType(nullptr, "source", none);
   EXPECT_TRUE(none.IsEmpty());
 }
 
 TEST_F(DomAccess, FindChildByIdSearchesAllDescendantsInDocumentOrder) {
-  xmlNode* root = Parse(
+  DaeElement* root = Parse(
       "<skin><a><b id=\"deep\"><c id=\"twice\"/></b></a><source id=\"twice\"/><d id=\"Deep\"/>"
       "<e id=\"x y\"/></skin>");
   EXPECT_STREQ(DAE_GetName(findChildById(root, "deep")), "b");
@@ -161,16 +161,16 @@ TEST_F(DomAccess, FindChildByIdSearchesAllDescendantsInDocumentOrder) {
 }
 
 TEST_F(DomAccess, FindChildByIdWithAnEmptyIdNeedsAnEmptyIdAttribute) {
-  xmlNode* root = Parse("<skin><a/><b name=\"\"/><c id=\"\"/></skin>");
+  DaeElement* root = Parse("<skin><a/><b name=\"\"/><c id=\"\"/></skin>");
   EXPECT_STREQ(DAE_GetName(findChildById(root, "")), "c");
 }
 
 TEST_F(DomAccess, FindChildByIdHandlesDeepTreesWithoutRecursion) {
   // Built by hand: the parser would refuse this depth.
   xmlDoc* document = xmlNewDoc(reinterpret_cast<const xmlChar*>("1.0"));
-  xmlNode* root = xmlNewNode(nullptr, reinterpret_cast<const xmlChar*>("root"));
+  DaeElement* root = xmlNewNode(nullptr, reinterpret_cast<const xmlChar*>("root"));
   xmlDocSetRootElement(document, root);
-  xmlNode* node = root;
+  DaeElement* node = root;
   for (int depth = 0; depth < 100000; ++depth)
     node = xmlNewChild(node, nullptr, reinterpret_cast<const xmlChar*>("node"), nullptr);
   xmlNewProp(node, reinterpret_cast<const xmlChar*>("id"), reinterpret_cast<const xmlChar*>("bottom"));
@@ -178,7 +178,7 @@ TEST_F(DomAccess, FindChildByIdHandlesDeepTreesWithoutRecursion) {
   EXPECT_EQ(findChildById(root, "absent"), nullptr);
   // Freed from the bottom up, so that freeing does not recurse either.
   while (node != root) {
-    xmlNode* parent = node->parent;
+    DaeElement* parent = node->parent;
     xmlUnlinkNode(node);
     xmlFreeNode(node);
     node = parent;
@@ -187,7 +187,7 @@ TEST_F(DomAccess, FindChildByIdHandlesDeepTreesWithoutRecursion) {
 }
 
 TEST_F(DomAccess, TechniqueByProfileAndTheFirstTechnique) {
-  xmlNode* root = Parse(
+  DaeElement* root = Parse(
       "<extra><technique profile=\"MAYA\"/><technique_common id=\"common\"/>"
       "<technique profile=\"FCOLLADA\" id=\"fc\"/><x><technique profile=\"OTHER\"/></x></extra>");
   EXPECT_EQ(DAE_GetProperty(getTechniqueNode(root, "FCOLLADA"), "id"), "fc");

@@ -24,7 +24,7 @@ const char* const kXyz = "<param name=\"X\" type=\"float\"/><param name=\"Y\" ty
                          "<param name=\"Z\" type=\"float\"/>";
 
 TEST_F(SourceTest, VectorsThroughStrideAndNamedParams) {
-  xmlNode* source = Parse(FloatSource("1 2 3 4 5 6", "count=\"2\" stride=\"3\"", kXyz));
+  DaeElement* source = Parse(FloatSource("1 2 3 4 5 6", "count=\"2\" stride=\"3\"", kXyz));
   KArrayTemplate<KZylVector4> vectors;
   ASSERT_TRUE(ImportSource(source, vectors));
   ASSERT_EQ(vectors.GetCount(), 2);
@@ -33,7 +33,7 @@ TEST_F(SourceTest, VectorsThroughStrideAndNamedParams) {
 }
 
 TEST_F(SourceTest, OffsetSkipsLeadingValues) {
-  xmlNode* source = Parse(FloatSource("9 9 1 2 3 4 5 6", "offset=\"2\" count=\"2\" stride=\"3\"", kXyz));
+  DaeElement* source = Parse(FloatSource("9 9 1 2 3 4 5 6", "offset=\"2\" count=\"2\" stride=\"3\"", kXyz));
   KArrayTemplate<KZylVector4> vectors;
   ASSERT_TRUE(ImportSource(source, vectors));
   ASSERT_EQ(vectors.GetCount(), 2);
@@ -42,7 +42,7 @@ TEST_F(SourceTest, OffsetSkipsLeadingValues) {
 }
 
 TEST_F(SourceTest, CountLimitsTheItems) {
-  xmlNode* source = Parse(FloatSource("1 2 3 4 5 6", "count=\"1\" stride=\"3\"", kXyz));
+  DaeElement* source = Parse(FloatSource("1 2 3 4 5 6", "count=\"1\" stride=\"3\"", kXyz));
   KArrayTemplate<KZylVector4> vectors;
   ASSERT_TRUE(ImportSource(source, vectors));
   ASSERT_EQ(vectors.GetCount(), 1);
@@ -52,7 +52,7 @@ TEST_F(SourceTest, CountLimitsTheItems) {
 TEST_F(SourceTest, ItemsAreReadOnlyAsFarAsTheArrayReaches) {
   // Seven values, stride 3, a declared count of 1000: the third item starts inside the array
   // and lacks two values (they are 0); the items after it do not exist.
-  xmlNode* source = Parse(FloatSource("1 2 3 4 5 6 7", "count=\"1000\" stride=\"3\"", kXyz));
+  DaeElement* source = Parse(FloatSource("1 2 3 4 5 6 7", "count=\"1000\" stride=\"3\"", kXyz));
   KArrayTemplate<KZylVector4> vectors;
   ASSERT_TRUE(ImportSource(source, vectors));
   ASSERT_EQ(vectors.GetCount(), 3);
@@ -60,18 +60,18 @@ TEST_F(SourceTest, ItemsAreReadOnlyAsFarAsTheArrayReaches) {
 }
 
 TEST_F(SourceTest, WithoutCountAsManyWholeItemsAsFit) {
-  xmlNode* source = Parse(FloatSource("1 2 3 4 5 6 7", "stride=\"3\"", kXyz));
+  DaeElement* source = Parse(FloatSource("1 2 3 4 5 6 7", "stride=\"3\"", kXyz));
   KArrayTemplate<KZylVector4> vectors;
   ASSERT_TRUE(ImportSource(source, vectors));
   EXPECT_EQ(vectors.GetCount(), 2);
 }
 
 TEST_F(SourceTest, HugeDeclaredCountsAllocateNothingUnread) {
-  xmlNode* source = Parse(FloatSource("1 2", "count=\"2000000000\" stride=\"1\"", "<param name=\"X\"/>"));
+  DaeElement* source = Parse(FloatSource("1 2", "count=\"2000000000\" stride=\"1\"", "<param name=\"X\"/>"));
   KArrayTemplate<double> values;
   ASSERT_TRUE(ImportSource(source, values));
   EXPECT_EQ(values, (KArrayTemplate<double>{1, 2}));
-  xmlNode* huge = Parse(FloatSource("1 2", "count=\"99999999999\" stride=\"99999999999\" offset=\"99999999999\"",
+  DaeElement* huge = Parse(FloatSource("1 2", "count=\"99999999999\" stride=\"99999999999\" offset=\"99999999999\"",
                                     "<param name=\"X\"/>"));
   ASSERT_TRUE(ImportSource(huge, values));
   EXPECT_TRUE(values.IsEmpty());
@@ -91,7 +91,7 @@ TEST_F(SourceTest, OddAccessorNumbersAreMadeHarmless) {
 }
 
 TEST_F(SourceTest, AnUnnamedParamSkipsItsComponent) {
-  xmlNode* source = Parse(FloatSource("1 2 3 4 5 6", "count=\"2\" stride=\"3\"",
+  DaeElement* source = Parse(FloatSource("1 2 3 4 5 6", "count=\"2\" stride=\"3\"",
                                       "<param name=\"X\" type=\"float\"/><param type=\"float\"/>"
                                       "<param name=\"Z\" type=\"float\"/>"));
   KArrayTemplate<KZylVector4> vectors;
@@ -102,7 +102,7 @@ TEST_F(SourceTest, AnUnnamedParamSkipsItsComponent) {
 }
 
 TEST_F(SourceTest, TextureCoordinatesFromAStrideOfThree) {
-  xmlNode* source = Parse(FloatSource("0.1 0.2 9 0.3 0.4 9", "count=\"2\" stride=\"3\"",
+  DaeElement* source = Parse(FloatSource("0.1 0.2 9 0.3 0.4 9", "count=\"2\" stride=\"3\"",
                                       "<param name=\"S\" type=\"float\"/><param name=\"T\" type=\"float\"/>"
                                       "<param type=\"float\"/>"));
   KArrayTemplate<KZylVector2> uvs;
@@ -139,7 +139,7 @@ TEST_F(SourceTest, NumbersFromTheFirstNamedParam) {
 
 TEST_F(SourceTest, MatricesAreConvertedFromColladaRows) {
   std::string values = "1 0 0 10 0 1 0 20 0 0 1 30 0 0 0 1  2 0 0 0 0 2 0 0 0 0 2 0 0 0 0 1";
-  xmlNode* source =
+  DaeElement* source =
       Parse(FloatSource(values, "count=\"2\" stride=\"16\"", "<param name=\"TRANSFORM\" type=\"float4x4\"/>"));
   KArrayTemplate<KZylXMatrix> matrices;
   ASSERT_TRUE(ImportSource(source, matrices));
@@ -147,14 +147,14 @@ TEST_F(SourceTest, MatricesAreConvertedFromColladaRows) {
   EXPECT_EQ(matrices[0].GetT(), KZylVector4(10, 20, 30, 1));
   EXPECT_EQ(matrices[1].GetS(), KZylVector4(2, 2, 2, 1));
   // A matrix cut short by the end of the array takes the rest from the identity.
-  xmlNode* cut = Parse(FloatSource("1 0 0 5", "count=\"1\" stride=\"16\"", "<param name=\"T\" type=\"float4x4\"/>"));
+  DaeElement* cut = Parse(FloatSource("1 0 0 5", "count=\"1\" stride=\"16\"", "<param name=\"T\" type=\"float4x4\"/>"));
   ASSERT_TRUE(ImportSource(cut, matrices));
   ASSERT_EQ(matrices.GetCount(), 1);
   EXPECT_EQ(matrices[0], TranslationMatrix(KZylVector4(5, 0, 0)));
 }
 
 TEST_F(SourceTest, NamesFromNameAndIdrefArrays) {
-  xmlNode* names = Parse(
+  DaeElement* names = Parse(
       "<source><Name_array count=\"3\">joint1\n joint2\tj\xc3\xa9</Name_array><technique_common>"
       "<accessor count=\"3\"><param name=\"JOINT\" type=\"name\"/></accessor></technique_common></source>");
   KArrayTemplate<KString> texts;
@@ -163,7 +163,7 @@ TEST_F(SourceTest, NamesFromNameAndIdrefArrays) {
   EXPECT_EQ(texts[0], "joint1");
   EXPECT_EQ(texts[1], "joint2");
   EXPECT_EQ(texts[2].Std(), "j\xc3\xa9");
-  xmlNode* idrefs = Parse(
+  DaeElement* idrefs = Parse(
       "<source><IDREF_array>a b c d</IDREF_array><technique_common><accessor count=\"2\" stride=\"2\">"
       "<param name=\"JOINT\" type=\"IDREF\"/><param type=\"IDREF\"/></accessor></technique_common></source>");
   ASSERT_TRUE(ImportSource(idrefs, texts));

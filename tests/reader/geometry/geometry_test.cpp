@@ -42,7 +42,7 @@ TEST_F(GeometryTest, MeshIsRegisteredUnderTheGeometryIdWithAnEmptyName) {
 }
 
 TEST_F(GeometryTest, ExtraAfterTheMeshFailsButKeepsTheMeshRegistered) {
-  xmlNode* geometry = Parse(Geometry("box", Mesh(SquarePositions() + PositionVertices() + kTriangle) + "<extra/>"));
+  DaeElement* geometry = Parse(Geometry("box", Mesh(SquarePositions() + PositionVertices() + kTriangle) + "<extra/>"));
   EXPECT_FALSE(reader->ImportGeometry(geometry));
   EXPECT_NE(Registered("box"), nullptr);
   EXPECT_EQ(CountMessage("ERROR: Unrecognized geometry element: extra"), 1);
