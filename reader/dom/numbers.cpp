@@ -238,21 +238,6 @@ void strtomatrix(const char*& cursor, KZylXMatrix& out) {
   cursor = reader.Cursor();
 }
 
-DoubleScanner::DoubleScanner(const char* text)
-    : mText(text ? text : ""), mCursor(mText), mEnd(mText + std::strlen(mText)) {}
-
-bool DoubleScanner::Next(double& value) {
-  for (;;) {
-    while (mCursor < mEnd && IsSeparator(*mCursor)) ++mCursor;
-    if (mCursor == mEnd) return false;
-    if (const char* next = ParseDoubleBefore(mCursor, mEnd, value)) {
-      mCursor = next;
-      return true;
-    }
-    ++mCursor;  // a character that cannot start a number
-  }
-}
-
 void ParseDoubles(const char* text, std::vector<double>& out, size_t expected) {
   const char* end = text ? text + std::strlen(text) : text;
   // The expected count only helps allocate once; the text bounds it.

@@ -46,22 +46,6 @@ class NumberReader {
   const char* mCursor;
 };
 
-// Reads the numbers of a whole text one by one: like NumberReader, but it knows where the text
-// ends, which makes long texts faster to read.
-class DoubleScanner {
- public:
-  explicit DoubleScanner(const char* text);
-  // The next number; false at the end of the text.
-  bool Next(double& value);
-  // The length of the text, for sizing what is read into.
-  size_t Length() const { return static_cast<size_t>(mEnd - mText); }
-
- private:
-  const char* mText;
-  const char* mCursor;
-  const char* mEnd;
-};
-
 // Appends every number of the text to `out`. `expected`, the number of values the document
 // announces, is used only to allocate once (never beyond what the text can hold).
 void ParseDoubles(const char* text, std::vector<double>& out, size_t expected = 0);
