@@ -77,8 +77,11 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   mComplete = options->GetOption("COMPLETE").GetBool();
   mDocument.reset();
   ResetDocumentState();
-  mDocument = ParseXmlFile(mFileName);
-  bool ok = mDocument && ReadCollada(scene, xmlDocGetRootElement(mDocument.get()));
+  XmlParseFailure failure;
+  mDocument = ParseXmlFile(mFileName, &failure);
+  // The reader's own refusal of the file's bytes says why before the usual failure.
+  if (failure.refused) AddNotificationError(failure.message);
+  bool ok = mDocument && ReadCollada(scene, mDocument->Root());
   if (!ok) {
     // The same message for a file that is not XML and for a faulty document. A faulty
     // document stays held until the next read or the reader's end.

@@ -257,7 +257,7 @@ class KZylReaderCollada : public KZylReader {
   KString mColladaVersion;
   KStringList mReportedFeatures;
   KNumberRenamingStrategy mRenamingStrategy;
-  XmlDocumentPtr mDocument;
+  DaeDocumentPtr mDocument;
   DaeElement* mSceneElement = nullptr;
   DaeElement* mVisualSceneElement = nullptr;
   std::unique_ptr<DocumentState> mState;
