@@ -250,7 +250,7 @@ class KZylReaderCollada : public KZylReader {
   KString mColladaVersion;
   KStringList mReportedFeatures;
   KNumberRenamingStrategy mRenamingStrategy;
-  XmlDocumentPtr mDocument;
+  DaeDocumentPtr mDocument;
   std::optional<XmlParseFailure> mXmlFailure;
   DaeElement* mSceneElement = nullptr;
   DaeElement* mVisualSceneElement = nullptr;

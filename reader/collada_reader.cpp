@@ -84,7 +84,9 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   mDocument = ParseXmlFile(mFileName, &xmlFailure);
   mXmlFailure.reset();
   if (!mDocument) mXmlFailure = xmlFailure;
-  bool ok = mDocument && ReadCollada(scene, xmlDocGetRootElement(mDocument.get()));
+  // The reader's own refusal of the file's bytes says why before the usual failure.
+  if (xmlFailure.refused) AddNotificationError(xmlFailure.message);
+  bool ok = mDocument && ReadCollada(scene, mDocument->Root());
   if (!ok) {
     // The same message for a file that is not XML and for a faulty document. A faulty
     // document stays held until the next read or the reader's end.

@@ -4,6 +4,14 @@
 #include <libxml/parser.h>
 #include <libxml/xmlerror.h>
 
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "reader/dom/tree_builder.h"
+
 namespace zylsdk {
 namespace {
 
@@ -12,15 +20,29 @@ constexpr int kParseOptions = XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_NOERR
 // The deepest element nesting accepted. libxml2 lifts its own depth limit for huge documents,
 // and every open element costs memory, so a file of nothing but start tags would take memory
 // in proportion to its size. Real documents stay far below this depth.
-constexpr int kMaxDepth = 2048;
+constexpr size_t kMaxDepth = 2048;
 
-// Why the parse was stopped on purpose; kept in the parser context's private pointer.
+// Why the parse was stopped on purpose.
 enum class StopReason { kNone, kEntityDeclaration, kTooDeep };
 
+// What the parser's callbacks share; kept in the parser context's private pointer.
+struct ParseState {
+  explicit ParseState(size_t inputSize) : builder(inputSize) {}
+  DaeTreeBuilder builder;
+  StopReason stopped = StopReason::kNone;
+  // Scratch for one start tag: names put together with their prefix, decoded values.
+  std::vector<std::string> names;
+  std::vector<std::string> values;
+  std::vector<std::pair<std::string_view, std::string_view>> attributes;
+};
+
+ParseState& StateOf(void* context) {
+  return *static_cast<ParseState*>(static_cast<xmlParserCtxtPtr>(context)->_private);
+}
+
 void StopParse(void* context, StopReason reason) {
-  xmlParserCtxtPtr parser = static_cast<xmlParserCtxtPtr>(context);
-  *static_cast<StopReason*>(parser->_private) = reason;
-  xmlStopParser(parser);
+  StateOf(context).stopped = reason;
+  xmlStopParser(static_cast<xmlParserCtxtPtr>(context));
 }
 
 // Any entity declaration ends the parse: the document is then refused.
@@ -28,27 +50,74 @@ void RefuseEntityDeclaration(void* context, const xmlChar*, int, const xmlChar*,
   StopParse(context, StopReason::kEntityDeclaration);
 }
 
-// Builds the element as libxml2 does, unless it would nest deeper than kMaxDepth.
-void StartElementWithinDepth(void* context, const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri,
-                             int namespaceCount, const xmlChar** namespaces, int attributeCount, int defaulted,
-                             const xmlChar** attributes) {
-  if (static_cast<xmlParserCtxtPtr>(context)->nodeNr >= kMaxDepth) {
+const char* AsText(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
+
+// A name whose prefix is bound to a namespace is known by its local part; one whose prefix
+// is not bound keeps "prefix:name".
+std::string_view QualifiedName(const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri,
+                               std::string& storage) {
+  if (!prefix || uri) return AsText(localName);
+  storage = std::string(AsText(prefix)) + ":" + AsText(localName);
+  return storage;
+}
+
+// The parser hands over a value holding an ampersand (it came from "&amp;" or "&#38;") with
+// that ampersand written "&#38;"; this gives the value as the document means it.
+std::string_view DecodedValue(const char* begin, const char* end, std::string& storage) {
+  std::string_view value(begin, static_cast<size_t>(end - begin));
+  if (value.find('&') == std::string_view::npos) return value;
+  storage.clear();
+  for (size_t i = 0; i < value.size(); ++i) {
+    if (value.compare(i, 5, "&#38;") == 0) {
+      storage += '&';
+      i += 4;
+    } else {
+      storage += value[i];
+    }
+  }
+  return storage;
+}
+
+void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri, int,
+                  const xmlChar**, int attributeCount, int defaulted, const xmlChar** attributes) {
+  ParseState& state = StateOf(context);
+  if (state.builder.Depth() >= kMaxDepth) {
     StopParse(context, StopReason::kTooDeep);
     return;
   }
-  xmlSAX2StartElementNs(context, localName, prefix, uri, namespaceCount, namespaces, attributeCount, defaulted,
-                        attributes);
+  const size_t count = static_cast<size_t>(std::max(0, attributeCount));
+  state.names.resize(count + 1);
+  state.values.resize(count);
+  state.attributes.clear();
+  for (size_t i = 0; i < count; ++i) {
+    const xmlChar** attribute = attributes + 5 * i;
+    const std::string_view name = QualifiedName(attribute[0], attribute[1], attribute[2], state.names[i + 1]);
+    const char* begin = AsText(attribute[3]);
+    const char* end = AsText(attribute[4]);
+    // Defaults declared by a DTD come last and are kept exactly as declared.
+    const bool declared = i >= count - static_cast<size_t>(std::max(0, defaulted));
+    state.attributes.emplace_back(name, declared ? std::string_view(begin, static_cast<size_t>(end - begin))
+                                                 : DecodedValue(begin, end, state.values[i]));
+  }
+  const std::string_view name = QualifiedName(localName, prefix, uri, state.names[0]);
+  xmlParserCtxtPtr parser = static_cast<xmlParserCtxtPtr>(context);
+  state.builder.StartElement(name, state.attributes, parser->input ? parser->input->line : 0);
+}
+
+void EndElement(void* context, const xmlChar*, const xmlChar*, const xmlChar*) { StateOf(context).builder.EndElement(); }
+
+void Characters(void* context, const xmlChar* text, int length) {
+  StateOf(context).builder.Text(AsText(text), static_cast<size_t>(std::max(0, length)));
 }
 
 KString StopMessage(StopReason reason) {
-  if (reason == StopReason::kTooDeep) return KString("elements are nested more than ") + kMaxDepth + " deep";
+  if (reason == StopReason::kTooDeep) return KString("elements are nested more than ") + static_cast<int>(kMaxDepth) + " deep";
   return "entity declarations are not accepted";
 }
 
 // Parse errors are only recorded in the context (the tool explains them); nothing is printed.
-// Without this handler libxml2 prints some of them, such as a file it cannot load, even when
-// told not to report errors and warnings. (The error parameter is const in some libxml2
-// versions only, hence the template.)
+// Without this handler libxml2 prints some of them even when told not to report errors and
+// warnings. (The error parameter is const in some libxml2 versions only, hence the template.)
 template <class Error>
 void IgnoreError(void*, Error) {}
 
@@ -56,33 +125,95 @@ struct ParserContextDeleter {
   void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
 };
 
-}  // namespace
+struct DocDeleter {
+  void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+};
 
-XmlDocumentPtr ParseXmlFile(const KString& path, XmlParseFailure* failure) {
+// Where the parser takes its bytes from.
+struct ByteSource {
+  DocumentInput* file = nullptr;
+  std::string_view memory;
+};
+
+int ReadBytes(void* context, char* buffer, int length) {
+  ByteSource& source = *static_cast<ByteSource*>(context);
+  if (source.file) return source.file->Read(buffer, length);
+  const size_t count = std::min(source.memory.size(), static_cast<size_t>(std::max(0, length)));
+  std::memcpy(buffer, source.memory.data(), count);
+  source.memory.remove_prefix(count);
+  return static_cast<int>(count);
+}
+
+int CloseNothing(void*) { return 0; }
+
+DaeDocumentPtr Parse(ByteSource source, size_t inputSize, const char* url, XmlParseFailure* failure) {
   std::unique_ptr<xmlParserCtxt, ParserContextDeleter> context(xmlNewParserCtxt());
   if (!context) return nullptr;
-  StopReason stopped = StopReason::kNone;
-  context->_private = &stopped;
-  context->sax->entityDecl = RefuseEntityDeclaration;
-  context->sax->startElementNs = StartElementWithinDepth;
-  context->sax->serror = IgnoreError;
-  XmlDocumentPtr document(xmlCtxtReadFile(context.get(), path.Buffer(), nullptr, kParseOptions));
-  if (stopped != StopReason::kNone) {
-    document.reset();
+  ParseState state(inputSize);
+  context->_private = &state;
+  // libxml2's own handlers still take care of the prolog and the DTD (attribute defaults);
+  // elements and text come here, and libxml2 builds no tree.
+  xmlSAXHandler* sax = context->sax;
+  sax->entityDecl = RefuseEntityDeclaration;
+  sax->startElementNs = StartElement;
+  sax->endElementNs = EndElement;
+  sax->characters = Characters;
+  sax->ignorableWhitespace = Characters;
+  sax->cdataBlock = Characters;
+  sax->comment = nullptr;
+  sax->processingInstruction = nullptr;
+  sax->reference = nullptr;
+  sax->serror = IgnoreError;
+  // The returned document, when the parse succeeds, holds only the prolog.
+  std::unique_ptr<xmlDoc, DocDeleter> prolog(
+      xmlCtxtReadIO(context.get(), ReadBytes, CloseNothing, &source, url, nullptr, kParseOptions));
+  if (state.stopped != StopReason::kNone) {
     if (failure) {
       failure->line = context->input ? context->input->line : 0;
-      failure->message = StopMessage(stopped);
+      failure->message = StopMessage(state.stopped);
     }
     return nullptr;
   }
-  if (!document && failure) {
-    const xmlError* error = xmlCtxtGetLastError(context.get());
-    failure->line = error ? error->line : 0;
-    KString message = (error && error->message) ? KString(error->message) : KString("cannot read the file");
-    while (message.GetLen() > 0 && message[message.GetLen() - 1] == '\n') message = message.Left(message.GetLen() - 1);
-    failure->message = message;
+  if (!prolog) {
+    if (failure) {
+      const xmlError* error = xmlCtxtGetLastError(context.get());
+      failure->line = error ? error->line : 0;
+      KString message = (error && error->message) ? KString(error->message) : KString("cannot read the file");
+      while (message.GetLen() > 0 && message[message.GetLen() - 1] == '\n') message = message.Left(message.GetLen() - 1);
+      failure->message = message;
+    }
+    return nullptr;
+  }
+  return state.builder.Finish();
+}
+
+}  // namespace
+
+DaeDocumentPtr ParseXmlFile(const KString& path, XmlParseFailure* failure, const DecompressionLimits& limits) {
+  KString refusal;
+  std::unique_ptr<DocumentInput> input = DocumentInput::Open(path, limits, refusal);
+  if (!input) {
+    if (failure) {
+      *failure = XmlParseFailure();
+      failure->refused = !refusal.IsEmpty();
+      failure->message = failure->refused ? refusal : KString("failed to load external entity \"") + path + "\"";
+    }
+    return nullptr;
+  }
+  ByteSource source;
+  source.file = input.get();
+  DaeDocumentPtr document = Parse(source, static_cast<size_t>(input->SizeBound()), path.Buffer(), failure);
+  if (!document && !input->Refusal().IsEmpty() && failure) {
+    failure->refused = true;
+    failure->message = input->Refusal();
   }
   return document;
+}
+
+DaeDocumentPtr ParseXmlText(std::string_view text, XmlParseFailure* failure) {
+  ByteSource source;
+  source.memory = text;
+  return Parse(source, text.size(), "text.xml", failure);
 }
 
 }  // namespace zylsdk

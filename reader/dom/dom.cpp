@@ -1,45 +1,62 @@
 #include "reader/dom/dom.h"
 
-#include <cstring>
-#include <vector>
+#include <algorithm>
+#include <string_view>
 
 #include "reader/dom/numbers.h"
 
 namespace zylsdk {
 namespace {
 
-const char* AsText(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
+// Appends the text of `element` and its descendants in document order: each child's text goes
+// where the child stands in its parent's own text. An explicit stack keeps deep trees off the
+// call stack.
+void AppendContent(const DaeElement* element, std::string& out) {
+  struct Frame {
+    const DaeElement* element;
+    const DaeElement* nextChild;
+    size_t textDone;
+  };
+  std::vector<Frame> stack{{element, element->FirstChild(), 0}};
+  while (!stack.empty()) {
+    Frame& frame = stack.back();
+    const std::string_view text = frame.element->OwnText();
+    if (!frame.nextChild) {
+      out.append(text.substr(frame.textDone));
+      stack.pop_back();
+      continue;
+    }
+    const DaeElement* child = frame.nextChild;
+    const size_t upTo = std::clamp<size_t>(child->PositionInParentText(), frame.textDone, text.size());
+    out.append(text.substr(frame.textDone, upTo - frame.textDone));
+    frame.textDone = upTo;
+    frame.nextChild = child->NextSibling();
+    stack.push_back({child, child->FirstChild(), 0});
+  }
+}
 
-// True when the element has the attribute `name` and its value is `value`.
-bool AttributeEquals(const DaeElement* node, const char* name, const KString& value) {
-  KString storage;
-  if (std::strcmp(DAE_PropertyText(node, name, storage), value.Buffer()) != 0) return false;
-  // An absent attribute reads as "": only then is its presence asked again.
-  return !value.IsEmpty() || xmlHasProp(node, reinterpret_cast<const xmlChar*>(name));
+// The converted values of `element` when it is a list of `kind`; null otherwise.
+const StreamedValues* ValuesOf(const DaeElement* element, ValueKind kind) {
+  const StreamedValues* values = element ? element->Values() : nullptr;
+  return values && values->kind == kind ? values : nullptr;
 }
 
 }  // namespace
 
-const char* DAE_GetName(const DaeElement* element) { return (element && element->name) ? AsText(element->name) : ""; }
+const char* DAE_GetName(const DaeElement* element) { return element ? element->Name() : ""; }
 
 KString DAE_GetProperty(const DaeElement* element, const char* name) {
   KString storage;
-  const char* text = DAE_PropertyText(element, name, storage);
-  return text == storage.Buffer() ? storage : KString(text);
+  return KString(DAE_PropertyText(element, name, storage));
 }
 
-const char* DAE_PropertyText(const DaeElement* element, const char* name, KString& storage) {
-  if (!element || element->type != XML_ELEMENT_NODE) return "";
-  const xmlAttr* attribute = xmlHasProp(element, reinterpret_cast<const xmlChar*>(name));
-  if (!attribute) return "";
-  // A parsed attribute holds its value as one text node: no copy is needed.
-  const DaeElement* text = attribute->type == XML_ATTRIBUTE_NODE ? attribute->children : nullptr;
-  if (text && !text->next && text->type == XML_TEXT_NODE && text->content) return AsText(text->content);
-  // Anything else (entity references, values declared by a DTD) is put together by libxml2.
-  xmlChar* value = xmlGetProp(element, reinterpret_cast<const xmlChar*>(name));
-  storage = value ? KString(AsText(value)) : KString();
-  xmlFree(value);
-  return storage.Buffer();
+bool DAE_HasProperty(const DaeElement* element, const char* name) {
+  return element && element->FindAttribute(name);
+}
+
+const char* DAE_PropertyText(const DaeElement* element, const char* name, KString&) {
+  const char* value = element ? element->FindAttribute(name) : nullptr;
+  return value ? value : "";
 }
 
 KString DAE_GetContent(const DaeElement* element) {
@@ -51,32 +68,45 @@ KString DAE_GetContent(const DaeElement* element) {
 KString DAE_GetUrl(const DaeElement* element) { return DAE_GetProperty(element, "url").Mid(1); }
 
 int DAE_GetOffset(const DaeElement* element) {
-  KString offset = DAE_GetProperty(element, "offset");
-  const char* cursor = offset.Buffer();
+  KString storage;
+  const char* cursor = DAE_PropertyText(element, "offset", storage);
   return strtoint(&cursor);
 }
 
-bool DAE_HasProperty(const DaeElement* element, const char* name) {
-  return element && element->type == XML_ELEMENT_NODE && xmlHasProp(element, reinterpret_cast<const xmlChar*>(name));
+const std::vector<double>& DAE_GetDoubles(const DaeElement* element, std::vector<double>& storage) {
+  if (const StreamedValues* values = ValuesOf(element, ValueKind::kDoubles)) return values->doubles;
+  ElementText text(element);
+  AppendDoubles(text.c_str(), text.c_str() + std::strlen(text.c_str()), storage);
+  return storage;
 }
 
-DaeElement* parentElement(const DaeElement* element) {
-  return (element && element->parent && element->parent->type == XML_ELEMENT_NODE) ? element->parent : nullptr;
+const std::vector<int>& DAE_GetInts(const DaeElement* element, std::vector<int>& storage) {
+  if (const StreamedValues* values = ValuesOf(element, ValueKind::kInts)) return values->ints;
+  ElementText text(element);
+  AppendInts(text.c_str(), text.c_str() + std::strlen(text.c_str()), storage);
+  return storage;
 }
 
-DaeElement* firstChildElement(const DaeElement* element) {
-  if (!element) return nullptr;
-  for (DaeElement* child = element->children; child; child = child->next)
-    if (child->type == XML_ELEMENT_NODE) return child;
-  return nullptr;
+const std::vector<KString>& DAE_GetWords(const DaeElement* element, std::vector<KString>& storage) {
+  if (const StreamedValues* values = ValuesOf(element, ValueKind::kWords)) return values->words;
+  ElementText text(element);
+  AppendWords(text.c_str(), text.c_str() + std::strlen(text.c_str()), storage);
+  return storage;
 }
 
-DaeElement* nextSiblingElement(const DaeElement* node) {
-  if (!node) return nullptr;
-  for (DaeElement* sibling = node->next; sibling; sibling = sibling->next)
-    if (sibling->type == XML_ELEMENT_NODE) return sibling;
-  return nullptr;
+KZylXMatrix DAE_GetMatrix(const DaeElement* element) {
+  std::vector<double> storage;
+  const std::vector<double>& values = DAE_GetDoubles(element, storage);
+  KZylXMatrix matrix;
+  for (size_t i = 0; i < std::min<size_t>(16, values.size()); ++i) matrix.mData[i % 4][i / 4] = values[i];
+  return matrix;
 }
+
+DaeElement* parentElement(const DaeElement* element) { return element ? element->Parent() : nullptr; }
+
+DaeElement* firstChildElement(const DaeElement* element) { return element ? element->FirstChild() : nullptr; }
+
+DaeElement* nextSiblingElement(const DaeElement* node) { return node ? node->NextSibling() : nullptr; }
 
 DaeElement* findChildByType(const DaeElement* element, const KString& type) {
   for (DaeElement* child = firstChildElement(element); child; child = nextSiblingElement(child))
@@ -91,19 +121,13 @@ void findChildrenByType(const DaeElement* element, const KString& type, KArrayTe
 
 DaeElement* findChildById(const DaeElement* element, const KString& id) {
   if (!element) return nullptr;
-  // Depth first, document order, with an explicit stack so that deep documents cannot
-  // exhaust the call stack.
-  std::vector<DaeElement*> pending;
-  for (DaeElement* child = element->last; child; child = child->prev)
-    if (child->type == XML_ELEMENT_NODE) pending.push_back(child);
-  while (!pending.empty()) {
-    DaeElement* node = pending.back();
-    pending.pop_back();
-    if (AttributeEquals(node, "id", id)) return node;
-    for (DaeElement* child = node->last; child; child = child->prev)
-      if (child->type == XML_ELEMENT_NODE) pending.push_back(child);
-  }
-  return nullptr;
+  const std::vector<DaeElement*>* withId = element->Document().ElementsWithId(id.Std());
+  if (!withId) return nullptr;
+  // The first element of the id after `element` in document order; a descendant when it comes
+  // before the end of `element`'s descendants.
+  auto after = std::upper_bound(withId->begin(), withId->end(), element->Order(),
+                                [](uint32_t order, const DaeElement* candidate) { return order < candidate->Order(); });
+  return (after != withId->end() && (*after)->Order() < element->DescendantsEnd()) ? *after : nullptr;
 }
 
 DaeElement* getTechniqueNode(const DaeElement* element, const KString& profile) {
@@ -118,18 +142,12 @@ DaeElement* getTechniqueCommonNode(const DaeElement* element) { return findChild
 
 ElementText::ElementText(const DaeElement* element) : mText("") {
   if (!element) return;
-  const DaeElement* child = element->children;
-  bool singleText = child && !child->next && (child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE);
-  if (singleText) {
-    if (child->content) mText = AsText(child->content);
+  if (!element->FirstChild()) {
+    mText = element->OwnText().data();
     return;
   }
-  mOwned = xmlNodeGetContent(element);
-  if (mOwned) mText = AsText(mOwned);
-}
-
-ElementText::~ElementText() {
-  if (mOwned) xmlFree(mOwned);
+  AppendContent(element, mGathered);
+  mText = mGathered.c_str();
 }
 
 }  // namespace zylsdk

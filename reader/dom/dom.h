@@ -1,76 +1,85 @@
 #pragma once
-// COLLADA document access: attributes, text and child elements of libxml2 element nodes.
-// Every helper accepts a null element and then answers "" or null.
-
-#include <libxml/tree.h>
+// COLLADA document access: attributes, text and child elements of the reader's document tree
+// (reader/dom/element.h). Every helper accepts a null element and then answers "" or null.
 
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include "kit/karray.h"
+#include "kit/kmath.h"
 #include "kit/kstring.h"
+#include "reader/dom/element.h"
 
 namespace zylsdk {
 
-// The type of a document element, as the reader's code names it.
-using DaeElement = xmlNode;
-
 // The element's name; "" for null.
-const char* DAE_GetName(const xmlNode* element);
+const char* DAE_GetName(const DaeElement* element);
 // True when `node` is an element named `name`. Inline because nearly every element is asked
 // this many times; the first letter settles most answers before any string comparison.
-inline bool DAE_IsElement(const xmlNode* node, const char* name) {
-  if (!node || node->type != XML_ELEMENT_NODE || !node->name) return false;
-  const char* own = reinterpret_cast<const char*>(node->name);
+inline bool DAE_IsElement(const DaeElement* node, const char* name) {
+  if (!node) return false;
+  const char* own = node->Name();
   return own[0] == name[0] && std::strcmp(own, name) == 0;
 }
 // The value of the attribute `name`; "" when it is absent.
-KString DAE_GetProperty(const xmlNode* element, const char* name);
-// The same value without a copy: the text lives as long as the document, or, in the rare case
-// of a value that libxml2 must put together, as long as `storage`, which then holds it.
-const char* DAE_PropertyText(const xmlNode* element, const char* name, KString& storage);
-// The element's text content (of all its descendants); "" for null.
-KString DAE_GetContent(const xmlNode* element);
+KString DAE_GetProperty(const DaeElement* element, const char* name);
+// Whether the element has the attribute `name`.
+bool DAE_HasProperty(const DaeElement* element, const char* name);
+// The same value without a copy: the text lives as long as the document. (`storage` is never
+// needed by this tree; callers written for trees that put some values together pass it.)
+const char* DAE_PropertyText(const DaeElement* element, const char* name, KString& storage);
+// The element's text content (of all its descendants, in document order); "" for null. The
+// text of a list element (float_array, p, Name_array...) is held only as its values and is
+// not part of any content.
+KString DAE_GetContent(const DaeElement* element);
 // The element's "url" attribute without its first character (the "#" of a local reference,
 // dropped without being looked at).
-KString DAE_GetUrl(const xmlNode* element);
+KString DAE_GetUrl(const DaeElement* element);
 // The "offset" attribute of an `input` element as an integer (0 when absent).
-int DAE_GetOffset(const xmlNode* element);
+int DAE_GetOffset(const DaeElement* element);
 
-// Whether the element has the attribute `name`.
-bool DAE_HasProperty(const xmlNode* element, const char* name);
+// The values of a list element, read as ParseDoubles, strtoints and a split at white space
+// read its text: those converted while the document was read, or, for a list that was not
+// converted (one inside another list), its text read now into `storage`.
+const std::vector<double>& DAE_GetDoubles(const DaeElement* element, std::vector<double>& storage);
+const std::vector<int>& DAE_GetInts(const DaeElement* element, std::vector<int>& storage);
+const std::vector<KString>& DAE_GetWords(const DaeElement* element, std::vector<KString>& storage);
+// A `matrix` or `bind_shape_matrix` as COLLADA writes it (by rows, translation in the fourth
+// column): value 4r+c goes to the kit's row c, column r; missing values come from the identity.
+KZylXMatrix DAE_GetMatrix(const DaeElement* element);
 
 // The parent element of `element`; null for the root and for null.
-xmlNode* parentElement(const xmlNode* element);
+DaeElement* parentElement(const DaeElement* element);
 // The first element child of `element` (any name), or null; the next element sibling, or null.
-xmlNode* firstChildElement(const xmlNode* element);
-xmlNode* nextSiblingElement(const xmlNode* node);
+DaeElement* firstChildElement(const DaeElement* element);
+DaeElement* nextSiblingElement(const DaeElement* node);
 // The first child element named `type`, in document order; null when there is none.
-xmlNode* findChildByType(const xmlNode* element, const KString& type);
+DaeElement* findChildByType(const DaeElement* element, const KString& type);
 // Appends every child element named `type` to `out`, in document order.
-void findChildrenByType(const xmlNode* element, const KString& type, KArrayTemplate<xmlNode*>& out);
+void findChildrenByType(const DaeElement* element, const KString& type, KArrayTemplate<DaeElement*>& out);
 // The first descendant element (document order) whose "id" attribute equals `id`; null when
-// there is none.
-xmlNode* findChildById(const xmlNode* element, const KString& id);
+// there is none. The document's index of ids answers it without a walk.
+DaeElement* findChildById(const DaeElement* element, const KString& id);
 // The `technique` child whose "profile" attribute equals `profile`; null when none.
-xmlNode* getTechniqueNode(const xmlNode* element, const KString& profile);
+DaeElement* getTechniqueNode(const DaeElement* element, const KString& profile);
 // The first `technique` child; null when none.
-xmlNode* getTechniqueNode(const xmlNode* element);
+DaeElement* getTechniqueNode(const DaeElement* element);
 // The `technique_common` child; null when none.
-xmlNode* getTechniqueCommonNode(const xmlNode* element);
+DaeElement* getTechniqueCommonNode(const DaeElement* element);
 
-// The text content of an element without copying it when it is a single text node (the usual
-// case for large arrays); other content is gathered into a buffer of its own.
+// The text content of an element without copying it when the element has no children (the
+// usual case); other content is gathered into a buffer of its own.
 class ElementText {
  public:
-  explicit ElementText(const xmlNode* element);
-  ~ElementText();
+  explicit ElementText(const DaeElement* element);
   ElementText(const ElementText&) = delete;
   ElementText& operator=(const ElementText&) = delete;
   const char* c_str() const { return mText; }
 
  private:
   const char* mText;
-  xmlChar* mOwned = nullptr;
+  std::string mGathered;
 };
 
 }  // namespace zylsdk

@@ -15,6 +15,7 @@ constexpr uint64_t kSaturated = static_cast<uint64_t>(INT_MAX) + 1;
 
 bool IsSeparator(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v' || c == ','; }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsWordSeparator(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 const char* SkipSeparators(const char* p) {
   while (IsSeparator(*p)) ++p;
@@ -164,27 +165,55 @@ int strtoint(const char** cursor) {
   return value;
 }
 
-void strtoints(const char* text, KArrayTemplate<int>& out) {
-  if (!text) return;
-  std::vector<int>& values = out.Std();
-  const char* p = text;
-  while (*p) {
+void AppendInts(const char* begin, const char* end, std::vector<int>& out) {
+  const char* p = begin;
+  while (p < end) {
     const bool negative = *p == '-';
     const bool sign = negative || *p == '+';
-    if (!IsDigit(sign ? p[1] : *p)) {
+    const char* first = sign ? p + 1 : p;
+    if (first == end || !IsDigit(*first)) {
       ++p;
       continue;
     }
-    if (sign) ++p;
+    p = first;
     // One pass over the digits; the magnitude stops growing once it is past the int range,
     // so that the value saturates.
     uint64_t magnitude = 0;
-    for (; IsDigit(*p); ++p)
+    for (; p < end && IsDigit(*p); ++p)
       if (magnitude <= kSaturated) magnitude = magnitude * 10 + static_cast<uint64_t>(*p - '0');
     if (negative)
-      values.push_back(magnitude >= kSaturated ? INT_MIN : -static_cast<int>(magnitude));
+      out.push_back(magnitude >= kSaturated ? INT_MIN : -static_cast<int>(magnitude));
     else
-      values.push_back(magnitude > static_cast<uint64_t>(INT_MAX) ? INT_MAX : static_cast<int>(magnitude));
+      out.push_back(magnitude > static_cast<uint64_t>(INT_MAX) ? INT_MAX : static_cast<int>(magnitude));
+  }
+}
+
+void strtoints(const char* text, KArrayTemplate<int>& out) {
+  if (text) AppendInts(text, text + std::strlen(text), out.Std());
+}
+
+void AppendDoubles(const char* begin, const char* end, std::vector<double>& out) {
+  const char* p = begin;
+  double value;
+  for (;;) {
+    while (p < end && IsSeparator(*p)) ++p;
+    if (p == end) return;
+    if (const char* next = ParseDoubleBefore(p, end, value)) {
+      out.push_back(value);
+      p = next;
+    } else {
+      ++p;  // a character that cannot start a number
+    }
+  }
+}
+
+void AppendWords(const char* begin, const char* end, std::vector<KString>& out) {
+  const char* p = begin;
+  while (p < end) {
+    while (p < end && IsWordSeparator(*p)) ++p;
+    const char* start = p;
+    while (p < end && !IsWordSeparator(*p)) ++p;
+    if (p > start) out.emplace_back(start, static_cast<size_t>(p - start));
   }
 }
 
@@ -209,27 +238,11 @@ void strtomatrix(const char*& cursor, KZylXMatrix& out) {
   cursor = reader.Cursor();
 }
 
-DoubleScanner::DoubleScanner(const char* text)
-    : mText(text ? text : ""), mCursor(mText), mEnd(mText + std::strlen(mText)) {}
-
-bool DoubleScanner::Next(double& value) {
-  for (;;) {
-    while (mCursor < mEnd && IsSeparator(*mCursor)) ++mCursor;
-    if (mCursor == mEnd) return false;
-    if (const char* next = ParseDoubleBefore(mCursor, mEnd, value)) {
-      mCursor = next;
-      return true;
-    }
-    ++mCursor;  // a character that cannot start a number
-  }
-}
-
 void ParseDoubles(const char* text, std::vector<double>& out, size_t expected) {
-  DoubleScanner scanner(text);
+  const char* end = text ? text + std::strlen(text) : text;
   // The expected count only helps allocate once; the text bounds it.
-  out.reserve(out.size() + std::min(expected, scanner.Length() / 2 + 1));
-  double value;
-  while (scanner.Next(value)) out.push_back(value);
+  out.reserve(out.size() + std::min(expected, static_cast<size_t>(end - text) / 2 + 1));
+  if (text) AppendDoubles(text, end, out);
 }
 
 }  // namespace zylsdk

@@ -6,6 +6,7 @@
 
 #include "kit/karray.h"
 #include "kit/kmath.h"
+#include "kit/kstring.h"
 
 namespace zylsdk {
 
@@ -18,6 +19,13 @@ double strtodouble(const char** cursor);
 int strtoint(const char** cursor);
 // Appends every integer of the text, in order, passing over anything that cannot start one.
 void strtoints(const char* text, KArrayTemplate<int>& out);
+// The same three readings over the characters [begin, end), appended to `out`: integers as
+// strtoints reads them, floating-point numbers as ParseDoubles does, and the words of a name
+// list (split at spaces, tabs and line ends). A text cut anywhere between two characters that
+// separate its items reads the same in pieces as in one.
+void AppendInts(const char* begin, const char* end, std::vector<int>& out);
+void AppendDoubles(const char* begin, const char* end, std::vector<double>& out);
+void AppendWords(const char* begin, const char* end, std::vector<KString>& out);
 // Red, green, blue and alpha; a missing alpha is 1, other missing components 0.
 KZylColor strtocolor(const char* text);
 // Sixteen numbers as COLLADA writes a matrix (by rows, translation in the fourth column):
@@ -36,22 +44,6 @@ class NumberReader {
 
  private:
   const char* mCursor;
-};
-
-// Reads the numbers of a whole text one by one: like NumberReader, but it knows where the text
-// ends, which makes long texts faster to read.
-class DoubleScanner {
- public:
-  explicit DoubleScanner(const char* text);
-  // The next number; false at the end of the text.
-  bool Next(double& value);
-  // The length of the text, for sizing what is read into.
-  size_t Length() const { return static_cast<size_t>(mEnd - mText); }
-
- private:
-  const char* mText;
-  const char* mCursor;
-  const char* mEnd;
 };
 
 // Appends every number of the text to `out`. `expected`, the number of values the document

@@ -118,19 +118,12 @@ void ReadComponents(const AccessorLayout& layout, const std::vector<Value>& valu
   }
 }
 
-// The number of values the array says it holds, for sizing only (the text bounds it).
-size_t DeclaredValues(const DaeElement* array) {
-  const KString declared = DAE_GetProperty(array, "count");
-  const char* cursor = declared.Buffer();
-  return static_cast<size_t>(std::max(0, strtoint(&cursor)));
-}
-
 // The numbers of the source's float_array and its accessor's layout; false without either.
 bool ReadNumberSource(const DaeElement* source, std::vector<double>& values, AccessorLayout& layout,
                       const SourceRules& rules = {}) {
   DaeElement* array = findChildByType(source, "float_array");
   if (!array || !ReadLayout(source, layout, rules)) return false;
-  ParseDoubles(ElementText(array).c_str(), values, DeclaredValues(array));
+  values = DAE_GetDoubles(array, values);
   CountItems(static_cast<int64_t>(values.size()), layout);
   return true;
 }
@@ -154,15 +147,13 @@ void StreamItems(const DaeElement* array, AccessorLayout& layout, KArrayTemplate
   const size_t used = std::min<size_t>(layout.components.size(), ComponentsOf<T>());
   for (size_t k = 0; k < used; ++k) componentAt[static_cast<size_t>(layout.components[k])] = static_cast<int>(k);
 
-  ElementText text(array);
-  DoubleScanner scanner(text.c_str());
+  std::vector<double> storage;
+  const std::vector<double>& values = DAE_GetDoubles(array, storage);
   std::vector<T>& items = out.Std();
-  const size_t values = std::min(DeclaredValues(array), scanner.Length() / 2 + 1);
-  items.reserve(values / static_cast<size_t>(layout.stride) + 1);
+  items.reserve(values.size() / static_cast<size_t>(layout.stride) + 1);
   int64_t index = 0;
   int64_t position = 0;
-  double value;
-  while (scanner.Next(value)) {
+  for (double value : values) {
     if (index++ < layout.offset) continue;
     if (position == 0) items.emplace_back();
     if (int component = componentAt[static_cast<size_t>(position)]; component >= 0)
@@ -183,23 +174,11 @@ bool ImportNumbers(const DaeElement* source, KArrayTemplate<T>& out, const Sourc
     StreamItems(array, layout, out);
     return true;
   }
-  std::vector<double> values;
-  ParseDoubles(ElementText(array).c_str(), values, DeclaredValues(array));
+  std::vector<double> storage;
+  const std::vector<double>& values = DAE_GetDoubles(array, storage);
   CountItems(static_cast<int64_t>(values.size()), layout);
   ReadItems(layout, values, out);
   return true;
-}
-
-std::vector<KString> SplitWords(const char* text) {
-  std::vector<KString> words;
-  const char* p = text;
-  while (*p) {
-    while (*p == ' ' || *p == '\t' || *p == '\n' || *p == '\r') ++p;
-    const char* start = p;
-    while (*p && *p != ' ' && *p != '\t' && *p != '\n' && *p != '\r') ++p;
-    if (p > start) words.emplace_back(start, static_cast<size_t>(p - start));
-  }
-  return words;
 }
 
 // The words of the source's Name_array (or IDREF_array) and its accessor's layout; false
@@ -211,7 +190,7 @@ bool ReadNameSource(const DaeElement* source, std::vector<KString>& words, Acces
   if (!array && rules.sidArrays) array = findChildByType(source, "SID_array");
   if (!array) return false;
   if (!ReadLayout(source, layout, rules)) return false;
-  words = SplitWords(ElementText(array).c_str());
+  words = DAE_GetWords(array, words);
   CountItems(static_cast<int64_t>(words.size()), layout);
   return true;
 }

@@ -1,23 +1,23 @@
 #include "reader/geometry/primitive_lists.h"
 
 #include <algorithm>
-#include <climits>
-#include <cstring>
 
 #include "reader/dom/dom.h"
-#include "reader/dom/numbers.h"
 
 namespace zylsdk {
 namespace {
 
 // Appends the integers of a list element to `out`.
 void AppendIntegers(const DaeElement* element, KArrayTemplate<int>& out) {
-  const ElementText text(element);
-  // An integer takes at least two characters with its separator: room for all of them at
-  // once, so that a long list is never moved while it grows (untouched room costs nothing).
-  const size_t room = static_cast<size_t>(out.GetCount()) + std::strlen(text.c_str()) / 2 + 1;
-  out.Reserve(static_cast<int>(std::min<size_t>(room, INT_MAX)));
-  strtoints(text.c_str(), out);
+  if (!element) return;
+  std::vector<int> storage;
+  const std::vector<int>& values = DAE_GetInts(element, storage);
+  std::vector<int>& items = out.Std();
+  if (items.empty()) {
+    items = values;
+  } else {
+    items.insert(items.end(), values.begin(), values.end());
+  }
 }
 
 // The list element of a child of a primitive: a `p`, or with `readHoledPolygons` the outer

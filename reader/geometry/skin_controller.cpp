@@ -21,8 +21,8 @@ using JointWeights = std::vector<std::vector<std::pair<int, double>>>;
 // The integers of an element's text.
 KArrayTemplate<int> ReadIntegers(const DaeElement* element) {
   KArrayTemplate<int> values;
-  const ElementText text(element);
-  strtoints(text.c_str(), values);
+  std::vector<int> storage;
+  values.Std() = DAE_GetInts(element, storage);
   return values;
 }
 
@@ -163,10 +163,8 @@ bool ReadLinkMatrices(KZylReaderCollada& reader, DaeElement* skin, KArrayTemplat
 
 bool ImportSkin(KZylReaderCollada& reader, DaeElement* skin, ControllerRecord& record) {
   record.source = DAE_GetProperty(skin, "source");
-  // Without a bind_shape_matrix the text is empty, which reads as the identity.
-  const ElementText text(findChildByType(skin, "bind_shape_matrix"));
-  const char* cursor = text.c_str();
-  strtomatrix(cursor, record.bindShapeMatrix);
+  // Without a bind_shape_matrix there are no values, which reads as the identity.
+  record.bindShapeMatrix = DAE_GetMatrix(findChildByType(skin, "bind_shape_matrix"));
   if (!reader.ImportVertexWeightsInController(skin, record.clusters)) return false;
   if (!reader.ImportLinkMatricesInController(skin, record.clusters)) return false;
   for (KZylCluster* cluster : record.clusters) cluster->SetTransformMatrix(record.bindShapeMatrix);

@@ -92,10 +92,7 @@ bool KZylReaderCollada::ImportTransforms(DaeElement* nodeElement, KZylNode* node
     if (DAE_IsElement(child, "perspective")) {
       AddNotificationWarning("<perspective> is not supported.");
     } else if (DAE_IsElement(child, "matrix")) {
-      KZylXMatrix matrix;
-      ElementText text(child);
-      const char* cursor = text.c_str();
-      strtomatrix(cursor, matrix);
+      KZylXMatrix matrix = DAE_GetMatrix(child);
       SetMatrix(node, &matrix);
     } else if (DAE_IsElement(child, "rotate")) {
       int axis = -1;

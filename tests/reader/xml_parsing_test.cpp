@@ -167,13 +167,13 @@ TEST(XmlParsing, AFifteenMegabyteFloatArrayParses) {
   if (limited) xmlFreeDoc(limited);
   xmlFreeParserCtxt(context);
 
-  XmlDocumentPtr document = ParseXmlFile(file.Path());
+  DaeDocumentPtr document = ParseXmlFile(file.Path());
   ASSERT_NE(document, nullptr);
-  DaeElement* root = xmlDocGetRootElement(document.get());
+  DaeElement* root = document->Root();
   DaeElement* source = findChildById(root, "big");
   ASSERT_NE(source, nullptr);
-  EXPECT_EQ(std::string(ElementText(findChildByType(source, "float_array")).c_str()).size(),
-            static_cast<size_t>(count) * 4);
+  std::vector<double> storage;
+  EXPECT_EQ(DAE_GetDoubles(findChildByType(source, "float_array"), storage).size(), static_cast<size_t>(count));
   KArrayTemplate<double> values;
   ASSERT_TRUE(ImportSource(source, values));
   ASSERT_EQ(values.GetCount(), count);

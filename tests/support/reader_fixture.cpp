@@ -1,6 +1,6 @@
 #include "tests/support/reader_fixture.h"
 
-#include <libxml/parser.h>
+#include "reader/xml_document.h"
 
 namespace zyltest {
 
@@ -9,18 +9,16 @@ ReaderTest::ReaderTest()
 
 ReaderTest::~ReaderTest() {
   reader.reset();
-  for (xmlDoc* document : mDocuments) xmlFreeDoc(document);
 }
 
 zylsdk::DaeElement* ReaderTest::Parse(const std::string& xml) {
-  xmlDoc* document = xmlReadMemory(xml.data(), static_cast<int>(xml.size()), "fragment.xml", nullptr,
-                                   XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+  zylsdk::DaeDocumentPtr document = zylsdk::ParseXmlText(xml);
   if (!document) {
     ADD_FAILURE() << "the test's XML does not parse: " << xml;
     return nullptr;
   }
-  mDocuments.push_back(document);
-  return xmlDocGetRootElement(document);
+  mDocuments.push_back(std::move(document));
+  return mDocuments.back()->Root();
 }
 
 std::vector<std::string> ReaderTest::Messages() const {

@@ -29,7 +29,7 @@ class ReaderTest : public ::testing::Test {
   zylsdk::KZylScene* scene;
 
  private:
-  std::vector<xmlDoc*> mDocuments;
+  std::vector<zylsdk::DaeDocumentPtr> mDocuments;
 };
 
 }  // namespace zyltest

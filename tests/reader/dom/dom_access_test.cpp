@@ -2,9 +2,9 @@
 // and techniques; all of them accept a null element.
 
 #include <gtest/gtest.h>
-#include "reader/dom/dom.h"
 
 #include "reader/dom/dom.h"
+#include "reader/dom/tree_builder.h"
 #include "tests/support/reader_fixture.h"
 
 namespace {
@@ -20,8 +20,8 @@ TEST_F(DomAccess, PropertyIsTheAttributeValueOrEmpty) {
   EXPECT_EQ(DAE_GetProperty(input, "missing"), "");
   EXPECT_EQ(DAE_GetProperty(input, "Semantic"), "");  // names are case-sensitive
   EXPECT_EQ(DAE_GetProperty(nullptr, "id"), "");
-  // A text node has no attributes.
-  DaeElement* text = Parse("<a>text</a>")->children;
+  // An element without attributes.
+  DaeElement* text = Parse("<a>text</a>");
   EXPECT_EQ(DAE_GetProperty(text, "id"), "");
 }
 
@@ -35,7 +35,7 @@ TEST_F(DomAccess, PropertyTextPointsIntoTheDocumentForAPlainValue) {
   KString storage;
   const char* text = DAE_PropertyText(node, "sid", storage);
   EXPECT_STREQ(text, "rotateX");
-  EXPECT_EQ(text, reinterpret_cast<const char*>(node->properties->children->content));
+  EXPECT_EQ(text, node->Attributes()[0].value);
   EXPECT_TRUE(storage.IsEmpty());
   EXPECT_STREQ(DAE_PropertyText(node, "empty", storage), "");
   EXPECT_STREQ(DAE_PropertyText(node, "missing", storage), "");
@@ -47,7 +47,7 @@ TEST_F(DomAccess, PropertyTextOfADeclaredDefaultValueIsHeldByTheStorage) {
   KString storage;
   const char* text = DAE_PropertyText(node, "sid", storage);
   EXPECT_STREQ(text, "fromDtd");
-  EXPECT_EQ(text, storage.Buffer());
+  EXPECT_EQ(text, node->FindAttribute("sid"));  // held by the document, like any value
   EXPECT_EQ(DAE_GetProperty(node, "sid"), "fromDtd");
 }
 
@@ -67,10 +67,10 @@ TEST_F(DomAccess, ContentOfAMissingChildIsEmpty) {
 }
 
 TEST_F(DomAccess, ElementTextReadsASingleTextNodeInPlace) {
-  DaeElement* array = Parse("<float_array>1 2 3</float_array>");
+  DaeElement* array = Parse("<numbers>1 2 3</numbers>");
   ElementText text(array);
   EXPECT_STREQ(text.c_str(), "1 2 3");
-  EXPECT_EQ(static_cast<const void*>(text.c_str()), static_cast<const void*>(array->children->content));
+  EXPECT_EQ(static_cast<const void*>(text.c_str()), static_cast<const void*>(array->OwnText().data()));
   ElementText gathered(Parse("<a>1<!-- c -->2</a>"));
   EXPECT_STREQ(gathered.c_str(), "12");
   ElementText none(nullptr);
@@ -106,7 +106,7 @@ TEST_F(DomAccess, NamesAndElementTests) {
   EXPECT_TRUE(DAE_IsElement(root, "COLLADA"));
   EXPECT_FALSE(DAE_IsElement(root, "collada"));
   EXPECT_FALSE(DAE_IsElement(nullptr, "COLLADA"));
-  EXPECT_FALSE(DAE_IsElement(root->children, "comment"));  // a comment is not an element
+  EXPECT_STREQ(DAE_GetName(firstChildElement(root)), "asset");  // a comment is not an element
 }
 
 TEST_F(DomAccess, ElementWalkSkipsTextAndComments) {
@@ -167,23 +167,15 @@ TEST_F(DomAccess, FindChildByIdWithAnEmptyIdNeedsAnEmptyIdAttribute) {
 
 TEST_F(DomAccess, FindChildByIdHandlesDeepTreesWithoutRecursion) {
   // Built by hand: the parser would refuse this depth.
-  xmlDoc* document = xmlNewDoc(reinterpret_cast<const xmlChar*>("1.0"));
-  DaeElement* root = xmlNewNode(nullptr, reinterpret_cast<const xmlChar*>("root"));
-  xmlDocSetRootElement(document, root);
-  DaeElement* node = root;
-  for (int depth = 0; depth < 100000; ++depth)
-    node = xmlNewChild(node, nullptr, reinterpret_cast<const xmlChar*>("node"), nullptr);
-  xmlNewProp(node, reinterpret_cast<const xmlChar*>("id"), reinterpret_cast<const xmlChar*>("bottom"));
-  EXPECT_EQ(findChildById(root, "bottom"), node);
+  DaeTreeBuilder builder(0);
+  builder.StartElement("root", {}, 1);
+  for (int depth = 0; depth < 100000; ++depth) builder.StartElement("node", {}, 1);
+  builder.StartElement("node", {{"id", "bottom"}}, 1);
+  DaeDocumentPtr document = builder.Finish();
+  DaeElement* root = document->Root();
+  EXPECT_EQ(findChildById(root, "bottom"), document->ElementAt(100001));
   EXPECT_EQ(findChildById(root, "absent"), nullptr);
-  // Freed from the bottom up, so that freeing does not recurse either.
-  while (node != root) {
-    DaeElement* parent = node->parent;
-    xmlUnlinkNode(node);
-    xmlFreeNode(node);
-    node = parent;
-  }
-  xmlFreeDoc(document);
+  EXPECT_EQ(DAE_GetContent(root), "");
 }
 
 TEST_F(DomAccess, TechniqueByProfileAndTheFirstTechnique) {

@@ -1,0 +1,46 @@
+#pragma once
+// The bytes of a document file, read by the reader itself and handed to the XML parser piece
+// by piece: the parser never opens files, so nothing is decompressed behind the reader's back.
+//
+// A gzip file is decompressed here, explicitly and within a bound: its output may reach
+// max(floor, ratio x the compressed size) bytes and no more. Other compressed forms (xz, lzma)
+// are refused. Either refusal comes with a message of its own.
+
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+
+#include "kit/kstring.h"
+
+namespace zylsdk {
+
+// How much a compressed document may unpack to. The defaults let honest documents through
+// (text compresses about 4 to 10 times) and stop a small file from unpacking to gigabytes.
+struct DecompressionLimits {
+  int64_t ratio = 50;                  // output bytes per compressed byte
+  int64_t floorBytes = 64 << 20;       // always allowed, whatever the compressed size
+  int64_t CapFor(int64_t compressedBytes) const;
+};
+
+class DocumentInput {
+ public:
+  // The file's input, or null when it cannot be opened or is refused; `refusal` then says why
+  // (it stays empty for a file that cannot be opened).
+  static std::unique_ptr<DocumentInput> Open(const KString& path, const DecompressionLimits& limits,
+                                             KString& refusal);
+  virtual ~DocumentInput();
+
+  // Fills `buffer` with up to `length` bytes; 0 at the end, -1 when reading fails or the
+  // output passes its cap (Refusal() then says so).
+  virtual int Read(char* buffer, int length) = 0;
+  // The most bytes this input can give: what the parser's work is bounded by.
+  virtual int64_t SizeBound() const = 0;
+  const KString& Refusal() const { return mRefusal; }
+
+ protected:
+  explicit DocumentInput(FILE* file) : mFile(file) {}
+  FILE* mFile;
+  KString mRefusal;
+};
+
+}  // namespace zylsdk

@@ -1,0 +1,109 @@
+#pragma once
+// The reader's own document tree: compact and read-only. Element and attribute names are
+// interned, attributes stay with their element, and every element knows its line and its
+// place in document order. The text of number and name lists (float_array, int_array, p, v,
+// vcount, the matrices, Name_array, IDREF_array, SID_array) is held only as the values it was
+// converted to while the document streamed in; other elements keep their own text.
+//
+// A DaeDocument owns its elements; pointers to them stay valid as long as it lives.
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "reader/dom/streamed_values.h"
+
+namespace zylsdk {
+
+class DaeDocument;
+
+struct DaeAttribute {
+  const char* name;
+  const char* value;
+};
+
+class DaeElement {
+ public:
+  const char* Name() const { return mName; }
+  // The line of the document where the element's start tag ends.
+  int Line() const { return mLine; }
+  DaeElement* Parent() const { return mParent; }
+  DaeElement* FirstChild() const { return mFirstChild; }
+  DaeElement* NextSibling() const { return mNextSibling; }
+  const DaeDocument& Document() const { return *mDocument; }
+
+  // The attributes as written, in order, followed by any default a DTD declares for them.
+  const DaeAttribute* Attributes() const { return mAttributes; }
+  uint32_t AttributeCount() const { return mAttributeCount; }
+  // The value of the attribute `name`; null when it is absent.
+  const char* FindAttribute(const char* name) const;
+
+  // The text directly inside the element (children's text excluded), NUL-terminated; "" for
+  // a list element, whose text became its values.
+  std::string_view OwnText() const { return {mText, mTextLength}; }
+  // Where each child starts in its parent's own text, so that mixed content can be put back
+  // together in order.
+  uint32_t PositionInParentText() const { return mPositionInParentText; }
+  // The converted list, or null for an element that is not a list.
+  const StreamedValues* Values() const { return mValues; }
+
+  // Document order: an element's descendants are the elements numbered after it, up to
+  // (not including) its DescendantsEnd().
+  uint32_t Order() const { return mOrder; }
+  uint32_t DescendantsEnd() const { return mDescendantsEnd; }
+
+ private:
+  friend class DaeTreeBuilder;
+
+  const char* mName = "";
+  const DaeDocument* mDocument = nullptr;
+  DaeElement* mParent = nullptr;
+  DaeElement* mFirstChild = nullptr;
+  DaeElement* mNextSibling = nullptr;
+  const DaeAttribute* mAttributes = nullptr;
+  const char* mText = "";
+  const StreamedValues* mValues = nullptr;
+  uint32_t mAttributeCount = 0;
+  uint32_t mTextLength = 0;
+  uint32_t mPositionInParentText = 0;
+  uint32_t mLine = 0;
+  uint32_t mOrder = 0;
+  uint32_t mDescendantsEnd = 0;
+};
+
+class DaeDocument {
+ public:
+  DaeDocument() = default;
+  DaeDocument(const DaeDocument&) = delete;
+  DaeDocument& operator=(const DaeDocument&) = delete;
+  ~DaeDocument();
+
+  // The root element; null for a document without elements.
+  DaeElement* Root() const { return mElements.empty() ? nullptr : const_cast<DaeElement*>(&mElements.front()); }
+  size_t ElementCount() const { return mElements.size(); }
+  // The element numbered `order` in document order.
+  DaeElement* ElementAt(uint32_t order) const { return const_cast<DaeElement*>(&mElements[order]); }
+  // The elements whose "id" attribute is `id`, in document order; null when there is none.
+  const std::vector<DaeElement*>* ElementsWithId(std::string_view id) const;
+
+ private:
+  friend class DaeTreeBuilder;
+
+  // Storage that never moves: names, attributes and texts point into it.
+  char* Allocate(size_t bytes, size_t alignment);
+
+  std::deque<DaeElement> mElements;
+  std::deque<StreamedValues> mValues;
+  std::vector<std::unique_ptr<char[]>> mBlocks;
+  size_t mBlockUsed = 0;
+  size_t mBlockSize = 0;
+  std::unordered_map<std::string_view, const char*> mNames;
+  std::unordered_map<std::string_view, std::vector<DaeElement*>> mIds;
+};
+
+using DaeDocumentPtr = std::unique_ptr<DaeDocument>;
+
+}  // namespace zylsdk

@@ -1,0 +1,60 @@
+#include "reader/dom/streamed_values.h"
+
+#include "reader/dom/numbers.h"
+
+namespace zylsdk {
+
+ValueStream::ValueStream(ValueKind kind, size_t reserve) {
+  mValues.kind = kind;
+  switch (kind) {
+    case ValueKind::kDoubles: mValues.doubles.reserve(reserve); break;
+    case ValueKind::kInts: mValues.ints.reserve(reserve); break;
+    case ValueKind::kWords: mValues.words.reserve(reserve); break;
+  }
+}
+
+// A character that no item can contain: the text on either side of it reads independently.
+// A number ends at a separator; an integer also at anything that is neither a digit nor a sign.
+bool ValueStream::Separates(char c) const {
+  switch (mValues.kind) {
+    case ValueKind::kDoubles:
+      return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v' || c == ',';
+    case ValueKind::kInts: return !((c >= '0' && c <= '9') || c == '+' || c == '-');
+    case ValueKind::kWords: return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+  }
+  return true;
+}
+
+void ValueStream::Convert(const char* begin, const char* end) {
+  switch (mValues.kind) {
+    case ValueKind::kDoubles: AppendDoubles(begin, end, mValues.doubles); break;
+    case ValueKind::kInts: AppendInts(begin, end, mValues.ints); break;
+    case ValueKind::kWords: AppendWords(begin, end, mValues.words); break;
+  }
+}
+
+void ValueStream::Append(const char* text, size_t length) {
+  const char* end = text + length;
+  const char* p = text;
+  if (!mCutItem.empty()) {
+    // The item cut last time goes on up to the first separator of this piece.
+    while (p < end && !Separates(*p)) ++p;
+    mCutItem.append(text, p);
+    if (p == end) return;
+    Convert(mCutItem.data(), mCutItem.data() + mCutItem.size());
+    mCutItem.clear();
+  }
+  // Everything up to the last separator reads now; what follows it may go on in the next piece.
+  const char* last = end;
+  while (last > p && !Separates(last[-1])) --last;
+  Convert(p, last);
+  mCutItem.append(last, end);
+}
+
+StreamedValues ValueStream::Finish() {
+  Convert(mCutItem.data(), mCutItem.data() + mCutItem.size());
+  mCutItem.clear();
+  return std::move(mValues);
+}
+
+}  // namespace zylsdk

@@ -1,0 +1,131 @@
+#include "reader/dom/tree_builder.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "reader/dom/numbers.h"
+
+namespace zylsdk {
+namespace {
+
+// The elements whose text is a list of values, and how each is read.
+bool ListKind(std::string_view name, ValueKind& kind) {
+  static const std::pair<std::string_view, ValueKind> kLists[] = {
+      {"float_array", ValueKind::kDoubles}, {"matrix", ValueKind::kDoubles},  {"bind_shape_matrix", ValueKind::kDoubles},
+      {"int_array", ValueKind::kInts},      {"p", ValueKind::kInts},          {"v", ValueKind::kInts},
+      {"vcount", ValueKind::kInts},         {"Name_array", ValueKind::kWords}, {"IDREF_array", ValueKind::kWords},
+      {"SID_array", ValueKind::kWords}};
+  for (const auto& list : kLists)
+    if (list.first == name) {
+      kind = list.second;
+      return true;
+    }
+  return false;
+}
+
+// The count a list announces in its "count" attribute, read as the reader reads integers.
+size_t DeclaredCount(const std::vector<std::pair<std::string_view, std::string_view>>& attributes) {
+  for (const auto& attribute : attributes) {
+    if (attribute.first != "count") continue;
+    std::vector<int> values;
+    AppendInts(attribute.second.data(), attribute.second.data() + attribute.second.size(), values);
+    return values.empty() ? 0 : static_cast<size_t>(std::max(0, values.front()));
+  }
+  return 0;
+}
+
+// Gives back room beyond a quarter more than the values fill (a copy, but only of what was
+// read, and only when much was reserved for nothing).
+template <class T>
+void ShrinkToValues(std::vector<T>& values) {
+  if (values.capacity() > values.size() + values.size() / 4) values.shrink_to_fit();
+}
+
+}  // namespace
+
+DaeTreeBuilder::DaeTreeBuilder(size_t inputSize) : mDocument(std::make_unique<DaeDocument>()), mInputSize(inputSize) {}
+
+const char* DaeTreeBuilder::Intern(std::string_view name) {
+  auto found = mDocument->mNames.find(name);
+  if (found != mDocument->mNames.end()) return found->second;
+  const char* stored = Store(name);
+  mDocument->mNames.emplace(std::string_view(stored, name.size()), stored);
+  return stored;
+}
+
+const char* DaeTreeBuilder::Store(std::string_view text) {
+  if (text.empty()) return "";
+  char* stored = mDocument->Allocate(text.size() + 1, 1);
+  std::memcpy(stored, text.data(), text.size());
+  stored[text.size()] = '\0';
+  return stored;
+}
+
+void DaeTreeBuilder::StartElement(std::string_view name,
+                                  const std::vector<std::pair<std::string_view, std::string_view>>& attributes,
+                                  int line) {
+  DaeElement& element = mDocument->mElements.emplace_back();
+  element.mDocument = mDocument.get();
+  element.mName = Intern(name);
+  element.mLine = static_cast<uint32_t>(std::max(0, line));
+  element.mOrder = static_cast<uint32_t>(mDocument->mElements.size() - 1);
+  if (!attributes.empty()) {
+    auto* stored = reinterpret_cast<DaeAttribute*>(
+        mDocument->Allocate(attributes.size() * sizeof(DaeAttribute), alignof(DaeAttribute)));
+    for (size_t i = 0; i < attributes.size(); ++i) {
+      stored[i].name = Intern(attributes[i].first);
+      stored[i].value = Store(attributes[i].second);
+      if (attributes[i].first == "id")
+        mDocument->mIds[std::string_view(stored[i].value, attributes[i].second.size())].push_back(&element);
+    }
+    element.mAttributes = stored;
+    element.mAttributeCount = static_cast<uint32_t>(attributes.size());
+  }
+  if (!mOpen.empty()) {
+    OpenElement& parent = mOpen.back();
+    element.mParent = parent.element;
+    element.mPositionInParentText = static_cast<uint32_t>(parent.text.size());
+    (parent.lastChild ? parent.lastChild->mNextSibling : parent.element->mFirstChild) = &element;
+    parent.lastChild = &element;
+  }
+  mOpen.push_back({&element, nullptr, std::string()});
+  ValueKind kind;
+  // A list inside a list is an ordinary element: its text already belongs to the outer list.
+  if (!mList && ListKind(name, kind)) {
+    mList = std::make_unique<ValueStream>(kind, std::min(DeclaredCount(attributes), mInputSize / 2 + 1));
+    mListDepth = mOpen.size();
+  }
+}
+
+void DaeTreeBuilder::Text(const char* text, size_t length) {
+  if (mOpen.empty()) return;
+  if (mList) mList->Append(text, length);
+  // The list element itself keeps no text; elements inside it keep theirs.
+  if (!mList || mOpen.size() > mListDepth) mOpen.back().text.append(text, length);
+}
+
+void DaeTreeBuilder::EndElement() {
+  if (mOpen.empty()) return;
+  OpenElement& open = mOpen.back();
+  DaeElement& element = *open.element;
+  element.mText = Store(open.text);
+  element.mTextLength = static_cast<uint32_t>(open.text.size());
+  element.mDescendantsEnd = static_cast<uint32_t>(mDocument->mElements.size());
+  if (mList && mOpen.size() == mListDepth) {
+    StreamedValues& values = mDocument->mValues.emplace_back(mList->Finish());
+    // Room reserved for a count the text did not fill, or left by growth, is given back.
+    ShrinkToValues(values.doubles);
+    ShrinkToValues(values.ints);
+    ShrinkToValues(values.words);
+    element.mValues = &values;
+    mList.reset();
+  }
+  mOpen.pop_back();
+}
+
+DaeDocumentPtr DaeTreeBuilder::Finish() {
+  while (!mOpen.empty()) EndElement();
+  return std::move(mDocument);
+}
+
+}  // namespace zylsdk

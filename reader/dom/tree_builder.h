@@ -1,0 +1,47 @@
+#pragma once
+// Builds a DaeDocument from the events of a streaming parser: start tags with their
+// attributes, pieces of text, end tags. List elements convert their text as it arrives.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reader/dom/element.h"
+#include "reader/dom/streamed_values.h"
+
+namespace zylsdk {
+
+class DaeTreeBuilder {
+ public:
+  // `inputSize` bounds how many values any list can hold (each takes at least two characters
+  // of the input), so that a declared count never reserves more than the input can fill.
+  explicit DaeTreeBuilder(size_t inputSize);
+
+  void StartElement(std::string_view name, const std::vector<std::pair<std::string_view, std::string_view>>& attributes,
+                    int line);
+  void Text(const char* text, size_t length);
+  void EndElement();
+  // The open elements.
+  size_t Depth() const { return mOpen.size(); }
+  // The finished document (elements still open are closed).
+  DaeDocumentPtr Finish();
+
+ private:
+  struct OpenElement {
+    DaeElement* element;
+    DaeElement* lastChild;
+    std::string text;
+  };
+
+  const char* Intern(std::string_view name);
+  const char* Store(std::string_view text);
+
+  DaeDocumentPtr mDocument;
+  size_t mInputSize;
+  std::vector<OpenElement> mOpen;
+  // The list element whose text is being converted (the outermost one open), and how deep it is.
+  std::unique_ptr<ValueStream> mList;
+  size_t mListDepth = 0;
+};
+
+}  // namespace zylsdk
