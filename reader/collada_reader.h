@@ -21,8 +21,6 @@
 // application only needs the KZylReader interface. Every import step returns true on success
 // and also stores its result in the reader's status.
 
-#include "reader/dom/dom.h"
-
 #include <cstdio>
 #include <memory>
 #include <string_view>
@@ -30,6 +28,7 @@
 #include <vector>
 
 #include "kit/zylsdk.h"
+#include "reader/dom/dom.h"
 #include "reader/id_list.h"
 #include "reader/records.h"
 #include "reader/xml_document.h"

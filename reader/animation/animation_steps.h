@@ -2,14 +2,13 @@
 // The steps of the animation import, shared by its files: what one channel drives, what its
 // sampler holds, and the take's time span that every key widens.
 
-#include "reader/dom/dom.h"
-
 #include <cstdint>
 #include <vector>
 
 #include "reader/animation/element_ids.h"
 #include "reader/animation/target_index.h"
 #include "reader/collada_reader.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
 
