@@ -12,6 +12,8 @@ KZylStreamOptionsColladaReader::KZylStreamOptionsColladaReader(KZylSdkManager& m
   AddProperty("START", eZylTime);
   AddProperty("FRAME COUNT", eZylInteger);
   AddProperty("COMPLETE", eZylBool).Set(false);
+  AddProperty("GZIP RATIO", eZylInteger).Set(50);
+  AddProperty("GZIP FLOOR", eZylInteger).Set(64 << 20);
 }
 
 void KZylStreamOptionsColladaReader::SetTimeMode(int timeMode, double customFrameRate) {

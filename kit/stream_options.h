@@ -1,8 +1,10 @@
 #pragma once
 // Read options: KZylStreamOptions holds options as named properties; the COLLADA reader's
 // options add "START" (time), "FRAME COUNT" (integer), "COMPLETE" (bool, false by default:
-// true reads everything the kit can represent instead of the reader's traditional subset) and
-// a time mode with a frame rate.
+// true reads everything the kit can represent instead of the reader's traditional subset),
+// "GZIP RATIO" and "GZIP FLOOR" (integers, 50 and 64 MiB by default: a gzip document may unpack
+// to max(floor, ratio x its compressed size) bytes, beyond which it is refused) and a time mode
+// with a frame rate.
 
 #include "kit/object.h"
 

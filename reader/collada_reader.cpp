@@ -78,7 +78,10 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   mDocument.reset();
   ResetDocumentState();
   XmlParseFailure failure;
-  mDocument = ParseXmlFile(mFileName, &failure);
+  DecompressionLimits limits;
+  if (KZylProperty ratio = options->GetOption("GZIP RATIO"); ratio.IsValid()) limits.ratio = ratio.GetInt();
+  if (KZylProperty floor = options->GetOption("GZIP FLOOR"); floor.IsValid()) limits.floorBytes = floor.GetInt();
+  mDocument = ParseXmlFile(mFileName, &failure, limits);
   // The reader's own refusal of the file's bytes says why before the usual failure.
   if (failure.refused) AddNotificationError(failure.message);
   bool ok = mDocument && ReadCollada(scene, mDocument->Root());
