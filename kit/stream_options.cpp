@@ -13,6 +13,8 @@ KZylStreamOptionsColladaReader::KZylStreamOptionsColladaReader(KZylSdkManager& m
   AddProperty("FRAME COUNT", eZylInteger);
   AddProperty("COMPLETE", eZylBool).Set(false);
   AddProperty("MAX SCENE INSTANCES", eZylInteger).Set(kDefaultSceneInstances);
+  AddProperty("GZIP RATIO", eZylInteger).Set(50);
+  AddProperty("GZIP FLOOR", eZylInteger).Set(64 << 20);
 }
 
 void KZylStreamOptionsColladaReader::SetTimeMode(int timeMode, double customFrameRate) {

@@ -4,7 +4,9 @@
 // true reads everything the kit can represent instead of the reader's traditional subset),
 // "MAX SCENE INSTANCES" (integer, 16 by default: how many times the `scene` element may
 // instance one visual scene; each instance copies the whole visual scene, so a small document
-// could otherwise ask for an unbounded scene) and a time mode with a frame rate.
+// could otherwise ask for an unbounded scene), "GZIP RATIO" and "GZIP FLOOR" (integers, 50 and
+// 64 MiB by default: a gzip document may unpack to max(floor, ratio x its compressed size) bytes,
+// beyond which it is refused) and a time mode with a frame rate.
 
 #include "kit/object.h"
 

@@ -5,8 +5,6 @@
 // The import steps are public so that each can be run and tested on its own. Every import step
 // returns true on success and also stores its result in the reader's status.
 
-#include "reader/dom/dom.h"
-
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -17,6 +15,7 @@
 
 #include "kit/zylsdk.h"
 #include "reader/collada_reader.h"
+#include "reader/dom/dom.h"
 #include "reader/element_index.h"
 #include "reader/id_list.h"
 #include "reader/records.h"

@@ -81,7 +81,10 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   mDocument.reset();
   ResetDocumentState();
   XmlParseFailure xmlFailure;
-  mDocument = ParseXmlFile(mFileName, &xmlFailure);
+  DecompressionLimits limits;
+  if (KZylProperty ratio = options->GetOption("GZIP RATIO"); ratio.IsValid()) limits.ratio = ratio.GetInt();
+  if (KZylProperty floor = options->GetOption("GZIP FLOOR"); floor.IsValid()) limits.floorBytes = floor.GetInt();
+  mDocument = ParseXmlFile(mFileName, &xmlFailure, limits);
   mXmlFailure.reset();
   if (!mDocument) mXmlFailure = xmlFailure;
   // The reader's own refusal of the file's bytes says why before the usual failure.

@@ -2,13 +2,12 @@
 // Every element of a document that has an id, by that id: the first such element in document
 // order. Built on the first question, so that documents that never ask pay nothing.
 
-#include "reader/dom/dom.h"
-
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "kit/kstring.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
 

@@ -1,14 +1,13 @@
 #pragma once
 // What the reader keeps between import steps, besides the kit objects it makes.
 
-#include "reader/dom/dom.h"
-
 #include <vector>
 
 #include "kit/karray.h"
 #include "kit/kmath.h"
 #include "kit/kstring.h"
 #include "kit/layer.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
 

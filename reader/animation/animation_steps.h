@@ -2,8 +2,6 @@
 // The steps of the animation import, shared by its files: what one channel drives, what its
 // sampler holds, and the take's time span that every key widens.
 
-#include "reader/dom/dom.h"
-
 #include <cstdint>
 #include <map>
 #include <utility>
@@ -12,6 +10,7 @@
 #include "reader/animation/element_ids.h"
 #include "reader/animation/target_index.h"
 #include "reader/collada_import.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
 

@@ -2,13 +2,12 @@
 // The elements of one top-level `animation` by id, so that a sampler or a source is found
 // without a walk of the animation per channel (an animation may hold thousands of channels).
 
-#include "reader/dom/dom.h"
-
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "kit/kstring.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
 

@@ -3,12 +3,11 @@
 // the scene is complete, and reading them changes no node's name or place, so each answer is
 // computed once instead of once per channel.
 
-#include "reader/dom/dom.h"
-
 #include <unordered_map>
 #include <vector>
 
 #include "kit/zylsdk.h"
+#include "reader/dom/dom.h"
 #include "reader/records.h"
 
 namespace zylsdk {

@@ -8,11 +8,10 @@
 // decide how much is allocated. Missing components are 0 (a colour's alpha 1, a matrix's
 // from the identity).
 
-#include "reader/dom/dom.h"
-
 #include "kit/karray.h"
 #include "kit/kmath.h"
 #include "kit/kstring.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
 

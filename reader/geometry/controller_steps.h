@@ -1,9 +1,8 @@
 #pragma once
 // Steps shared by the skin and morph parts of the controller import.
 
-#include "reader/dom/dom.h"
-
 #include "reader/collada_import.h"
+#include "reader/dom/dom.h"
 #include "reader/dom/dom.h"
 #include "reader/geometry/mesh_sources.h"
 

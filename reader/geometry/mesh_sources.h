@@ -3,14 +3,13 @@
 // attributes that name them ("#id") and read once per kind of value, however many inputs refer
 // to them.
 
-#include "reader/dom/dom.h"
-
 #include <tuple>
 #include <unordered_map>
 
 #include "kit/karray.h"
 #include "kit/kmath.h"
 #include "kit/kstring.h"
+#include "reader/dom/dom.h"
 #include "reader/dom/source.h"
 
 namespace zylsdk {

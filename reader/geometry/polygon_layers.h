@@ -3,12 +3,11 @@
 // texture coordinates into layer elements mapped by polygon vertex, on the layer of the
 // input's set.
 
-#include "reader/dom/dom.h"
-
 #include <unordered_map>
 #include <unordered_set>
 
 #include "reader/collada_import.h"
+#include "reader/dom/dom.h"
 #include "reader/geometry/mesh_sources.h"
 #include "reader/geometry/primitive_lists.h"
 

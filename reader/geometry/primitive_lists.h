@@ -4,12 +4,11 @@
 // run of `stride` integers; each input reads its value at its offset inside the run. Reads never
 // leave a list: a position past its end, or a negative offset, gives -1.
 
-#include "reader/dom/dom.h"
-
 #include <cstdint>
 #include <vector>
 
 #include "kit/karray.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
 

@@ -2,9 +2,8 @@
 // Steps of the node import that live in files of their own. They work on the reader through
 // its public operations and on the document state that the node import hands them.
 
-#include "reader/dom/dom.h"
-
 #include "reader/collada_import.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
 

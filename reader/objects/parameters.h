@@ -1,9 +1,8 @@
 #pragma once
 // Animatable parameters of cameras and lights.
 
-#include "reader/dom/dom.h"
-
 #include "reader/collada_import.h"
+#include "reader/dom/dom.h"
 
 namespace zylsdk {
 

@@ -3,13 +3,13 @@
 // fragments parsed into elements that live as long as the test.
 
 #include <gtest/gtest.h>
-#include "reader/dom/dom.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "reader/collada_import.h"
+#include "reader/dom/dom.h"
 
 namespace zyltest {
 
