@@ -34,6 +34,7 @@ void ScanDouble(const KString& text, double& value) {
 }  // namespace
 
 bool KZylReaderCollada::ImportAsset(DaeElement* asset, KZylScene& scene, KZylSceneInfo& sceneInfo) {
+  const ReadingAt reading(*this, asset);
   for (DaeElement* child = firstChildElement(asset); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
     if (std::strcmp(name, "up_axis") == 0) {

@@ -69,13 +69,30 @@ class KZylReaderCollada : public KZylReader {
   bool ImportLink(KZylNode& node);
 
   // ---------------------------------------------------------------- diagnostics
-  // Adds "Warning: " / "ERROR: " + text to the manager's user notification, detail code 6;
-  // nothing when the manager has none.
+  // Adds "Warning: " / "ERROR: " + text to the manager's user notification, detail code 6,
+  // located at the element being read (see ReadingAt); nothing when the manager has none.
   void AddNotificationWarning(KString text);
   void AddNotificationError(KString text);
+  // Marks `element` as the element being read while it lives, for the location of the
+  // notifications given meanwhile; a null element keeps the enclosing one.
+  class ReadingAt {
+   public:
+    ReadingAt(KZylReaderCollada& reader, const DaeElement* element);
+    ~ReadingAt();
+    ReadingAt(const ReadingAt&) = delete;
+    ReadingAt& operator=(const ReadingAt&) = delete;
+
+   private:
+    KZylReaderCollada& mReader;
+    const DaeElement* mEnclosing;
+  };
   // Adds the warning unless `key` was already reported by this reader; then remembers `key`.
   // True when the warning was added.
   bool WarnOnce(const KString& key, const KString& text);
+  // What the default reading passed over without a word and the complete reading reads (see
+  // ColladaReadResult::leftUnread); counted by CountLeftUnread, emptied by each read.
+  const std::vector<std::pair<KString, int>>& GetLeftUnread() const { return mLeftUnread; }
+  void CountLeftUnread(const KString& what);
   // The reported-features list: keys of the warnings given once per reader.
   bool IsReported(const KString& key) const;
   void MarkReported(const KString& key);
@@ -152,6 +169,8 @@ class KZylReaderCollada : public KZylReader {
   // The primitive elements of a mesh that become polygons, in the order of the mesh's polygons;
   // the complete reading warns once about line primitives, which the kit cannot hold.
   KArrayTemplate<DaeElement*> PrimitiveElements(DaeElement* meshElement);
+  // The default reading counts the primitives of a mesh it passes over (CountLeftUnread).
+  void CountPrimitivesLeftUnread(const DaeElement* meshElement);
   bool ImportController(DaeElement* controller);
   bool ImportVertexWeightsInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters);
   bool ImportLinkMatricesInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters);
@@ -235,6 +254,8 @@ class KZylReaderCollada : public KZylReader {
   // Connects the materials of every mesh of the scene to its node and to the scene.
   void ConnectMeshMaterials(KZylScene& scene);
   void DestroyUnusedPlaceholderMaterials();
+  // Where a notification given now arose: the element being read, or the parser's line.
+  KZylUserNotification::Location CurrentLocation() const;
 
   FILE* mFile = nullptr;
   KString mFileName;
@@ -251,6 +272,8 @@ class KZylReaderCollada : public KZylReader {
   KNumberRenamingStrategy mRenamingStrategy;
   DaeDocumentPtr mDocument;
   std::optional<XmlParseFailure> mXmlFailure;
+  const DaeElement* mReadingAt = nullptr;
+  std::vector<std::pair<KString, int>> mLeftUnread;
   DaeElement* mSceneElement = nullptr;
   DaeElement* mVisualSceneElement = nullptr;
   std::unique_ptr<DocumentState> mState;

@@ -80,6 +80,7 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
                                                    : KZylStreamOptionsColladaReader::kDefaultSceneInstances;
   mDocument.reset();
   ResetDocumentState();
+  mLeftUnread.clear();
   XmlParseFailure xmlFailure;
   DecompressionLimits limits;
   if (KZylProperty ratio = options->GetOption("GZIP RATIO"); ratio.IsValid()) limits.ratio = ratio.GetInt();

@@ -27,6 +27,7 @@
 // notification and skipped; structural faults of the document are reported as errors
 // ("ERROR: ...") and make the read fail, leaving what was made so far in the scene.
 
+#include <utility>
 #include <vector>
 
 #include "kit/zylsdk.h"
@@ -59,6 +60,9 @@ struct ColladaReadResult {
   // empty otherwise.
   KString xmlError;
   int xmlErrorLine = 0;
+  // What the default reading passed over without a word and the complete reading reads, in
+  // the order first met: for example {"polylist primitives", 3}. Empty for the complete reading.
+  std::vector<std::pair<KString, int>> leftUnread;
 };
 
 // Reads the file at `path` into a new scene of `manager` through the COLLADA reader (which need

@@ -5,16 +5,48 @@ namespace {
 
 constexpr int kNotificationCode = 6;
 
+// The id, or else the name, of the element or of its nearest ancestor that has one.
+KString NearestIdentifiedElement(const DaeElement* element) {
+  for (; element; element = element->Parent()) {
+    if (const char* id = element->FindAttribute("id")) return id;
+    if (const char* name = element->FindAttribute("name")) return name;
+  }
+  return "";
+}
+
 }  // namespace
+
+KZylReaderCollada::ReadingAt::ReadingAt(KZylReaderCollada& reader, const DaeElement* element)
+    : mReader(reader), mEnclosing(reader.mReadingAt) {
+  if (element) reader.mReadingAt = element;
+}
+
+KZylReaderCollada::ReadingAt::~ReadingAt() { mReader.mReadingAt = mEnclosing; }
+
+KZylUserNotification::Location KZylReaderCollada::CurrentLocation() const {
+  if (mReadingAt) return {mReadingAt->Line(), NearestIdentifiedElement(mReadingAt)};
+  if (mXmlFailure) return {mXmlFailure->line, ""};
+  return {};
+}
 
 void KZylReaderCollada::AddNotificationWarning(KString text) {
   if (KZylUserNotification* notification = mManager->GetUserNotification())
-    notification->AddDetail(kNotificationCode, "Warning: " + text);
+    notification->AddDetail(kNotificationCode, "Warning: " + text, CurrentLocation());
 }
 
 void KZylReaderCollada::AddNotificationError(KString text) {
   if (KZylUserNotification* notification = mManager->GetUserNotification())
-    notification->AddDetail(kNotificationCode, "ERROR: " + text);
+    notification->AddDetail(kNotificationCode, "ERROR: " + text, CurrentLocation());
+}
+
+void KZylReaderCollada::CountLeftUnread(const KString& what) {
+  // A handful of kinds at most: a scan costs less than a map.
+  for (auto& [known, count] : mLeftUnread)
+    if (known == what) {
+      ++count;
+      return;
+    }
+  mLeftUnread.emplace_back(what, 1);
 }
 
 bool KZylReaderCollada::IsReported(const KString& key) const { return mReportedFeatures.Find(key) >= 0; }

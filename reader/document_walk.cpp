@@ -33,17 +33,19 @@ bool HasAnimationLibrary(DaeElement* root) {
 
 bool KZylReaderCollada::ReadCollada(KZylScene& scene, DaeElement* root) {
   if (!DAE_IsElement(root, "COLLADA")) return false;
+  const ReadingAt reading(*this, root);
   mColladaVersion = DAE_GetProperty(root, "version");
   if (!(mStatus = CheckColladaVersion())) return false;
   scene.GetGlobalLightSettings().SetAmbientColor(KZylColor(0.0, 0.0, 0.0, 1.0));
   mState->recordsAnimationTargets = HasAnimationLibrary(root);
-  mState->elementsById.SetRoot(root);
+  mState->elementsById.SetDocument(root);
 
   KZylSceneInfo* sceneInfo = nullptr;
   if (mComplete) {
     if (!ReadAnyStructure(scene, root, sceneInfo)) return false;
   } else if (DaeElement* asset = firstChildElement(root)) {
     if (!DAE_IsElement(asset, "asset")) {
+      const ReadingAt readingFirst(*this, asset);
       AddNotificationError(KString("<asset> node not found, at node: <") + DAE_GetName(asset) + ">");
       return false;
     }
@@ -52,6 +54,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, DaeElement* root) {
 
     for (DaeElement* element = nextSiblingElement(asset); element; element = nextSiblingElement(element)) {
       const char* name = DAE_GetName(element);
+      const ReadingAt readingElement(*this, element);
       if (IsOneOf(name, {"library_animations", "library_cameras", "library_controllers", "library_geometries",
                          "library_lights", "library_visual_scenes"})) {
         if (!(mStatus = ImportLibrary(scene, element))) return false;
@@ -130,6 +133,7 @@ bool KZylReaderCollada::ReadAnyStructure(KZylScene& scene, DaeElement* root, KZy
       elements.push_back(element);
     } else if (!asset) {
       asset = element;
+      const ReadingAt readingAsset(*this, element);
       if (element != firstChildElement(root)) AddNotificationWarning("<asset> is not the first element: read where it stands");
     }
   }
@@ -145,6 +149,7 @@ bool KZylReaderCollada::ReadAnyStructure(KZylScene& scene, DaeElement* root, KZy
   bool sceneRead = false;
   for (DaeElement* element : elements) {
     const char* name = DAE_GetName(element);
+    const ReadingAt readingElement(*this, element);
     if (std::strcmp(name, "scene") == 0) {
       // The first scene counts.
       if (sceneRead) continue;

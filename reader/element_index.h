@@ -1,10 +1,11 @@
 #pragma once
-// Every element of a document that has an id, by that id: the first such element in document
-// order. Built on the first question, so that documents that never ask pay nothing.
+// A document's elements by id, as the complete reading looks them up: the first element of an
+// id in document order, or the first of that id with a given element name. Built on the
+// document's own index of ids, one id at a time, so that every question costs constant time.
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "kit/kstring.h"
 #include "reader/dom/dom.h"
@@ -13,21 +14,18 @@ namespace zylsdk {
 
 class ElementIndex {
  public:
-  // The document whose elements are indexed (its root element); forgets an earlier index.
-  void SetRoot(const DaeElement* root);
-  // The first element whose "id" is `id`; null when there is none. With `name`, only elements
-  // of that name count, the first of them in document order.
+  // The document whose elements are looked up (any element of it); forgets earlier answers.
+  void SetDocument(const DaeElement* element);
+  // The first element whose "id" is `id`, or with `name` the first such element of that name;
+  // null when there is none.
   DaeElement* Find(const KString& id, const char* name = nullptr);
-  // The number of distinct ids.
-  size_t GetCount();
+  // How many elements the document holds: a bound for chains of references.
+  size_t GetElementCount() const;
 
  private:
-  void Build();
-
-  const DaeElement* mRoot = nullptr;
-  bool mBuilt = false;
-  // Each id to its elements in document order, the first of each element name only.
-  std::unordered_map<std::string, std::vector<DaeElement*>> mElements;
+  const DaeDocument* mDocument = nullptr;
+  // For each id asked about: the first element of each name ("" for the first of any name).
+  std::unordered_map<std::string, std::unordered_map<std::string_view, DaeElement*>> mFirstByName;
 };
 
 }  // namespace zylsdk

@@ -9,6 +9,7 @@
 namespace zylsdk {
 
 bool KZylReaderCollada::ImportLibrary(KZylScene& scene, DaeElement* library) {
+  const ReadingAt reading(*this, library);
   const KString name = DAE_GetName(library);
   const KString type = DAE_GetProperty(library, "type");
 

@@ -18,6 +18,7 @@ ColladaReadResult ReadColladaFile(KZylSdkManager& manager, const char* path, con
   result.lastErrorId = reader->GetLastErrorID();
   result.lastErrorText = reader->GetLastErrorString();
   result.errorText = reader->GetErrorText();
+  result.leftUnread = reader->GetLeftUnread();
   if (const std::optional<XmlParseFailure>& failure = reader->GetXmlFailure()) {
     result.xmlError = failure->message;
     result.xmlErrorLine = failure->line;

@@ -23,10 +23,12 @@ bool IsDefaultViewCamera(const KString& id) {
 }
 
 bool KZylReaderCollada::ImportVisualScene(DaeElement* visualScene) {
+  const ReadingAt reading(*this, visualScene);
   const KString id = DAE_GetProperty(visualScene, "id");
   KZylScene* scene = KZylScene::Create(mManager, "");
   for (DaeElement* child = firstChildElement(visualScene); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
+    const ReadingAt readingChild(*this, child);
     if (std::strcmp(name, "node") == 0) {
       KString nodeName = DAE_GetProperty(child, "name");
       KString nodeId = DAE_GetProperty(child, "id");
@@ -63,9 +65,11 @@ bool KZylReaderCollada::ImportVisualScene(DaeElement* visualScene) {
 }
 
 bool KZylReaderCollada::ImportScene(KZylScene& scene, DaeElement* sceneElement) {
+  const ReadingAt reading(*this, sceneElement);
   std::unordered_map<const KZylScene*, int> instances;
   for (DaeElement* child = firstChildElement(sceneElement); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
+    const ReadingAt readingChild(*this, child);
     if (std::strcmp(name, "instance_visual_scene") == 0) {
       KString url = DAE_GetUrl(child);
       KZylScene* visualScene = mState->visualScenes.Lookup(url);

@@ -11,6 +11,7 @@ namespace {
 // One channel: its curves, then its sampler's keys on them. False when the animation element
 // must end here.
 bool ImportChannel(AnimationContext& context, const DaeElement* animation, const DaeElement* channel) {
+  const KZylReaderCollada::ReadingAt reading(context.reader, channel);
   ChannelCurves curves;
   switch (ResolveChannelTarget(context, DAE_GetProperty(channel, "target"), curves)) {
     case TargetResult::kFail:
@@ -32,6 +33,7 @@ bool ImportAnimationElement(AnimationContext& context, DaeElement* animation) {
   findChildrenByType(animation, "channel", channels);
   // The first key of each animation that has channels restarts the take's span.
   if (!channels.IsEmpty()) context.span.firstKey = true;
+  const KZylReaderCollada::ReadingAt reading(context.reader, animation);
   for (DaeElement* channel : channels)
     if (!ImportChannel(context, animation, channel)) return false;
   KArrayTemplate<DaeElement*> nested;
@@ -43,6 +45,7 @@ bool ImportAnimationElement(AnimationContext& context, DaeElement* animation) {
 }  // namespace
 
 bool KZylReaderCollada::ImportAnimation(DaeElement* animation, KZylScene& scene) {
+  const ReadingAt reading(*this, animation);
   if (!DAE_IsElement(animation, "animation")) {
     AddNotificationError("Node is not an animation node: " + DAE_GetProperty(animation, "id"));
     return mStatus = false;

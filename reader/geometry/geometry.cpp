@@ -7,10 +7,12 @@
 namespace zylsdk {
 
 bool KZylReaderCollada::ImportGeometry(DaeElement* geometry) {
+  const ReadingAt reading(*this, geometry);
   if (mComplete) return ImportAnyGeometry(geometry);
   const KString id = DAE_GetProperty(geometry, "id");
   bool meshRead = false;
   for (DaeElement* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
+    const ReadingAt readingChild(*this, child);
     // Only meshes are read: any other child fails the geometry, even after its mesh.
     if (!DAE_IsElement(child, "mesh")) {
       AddNotificationError(KString("Unrecognized geometry element: ") + DAE_GetName(child));
@@ -36,7 +38,7 @@ bool KZylReaderCollada::ImportGeometry(DaeElement* geometry) {
 DaeElement* KZylReaderCollada::MeshElementOf(DaeElement* geometry) {
   // A convex hull of another geometry reads that geometry's mesh; a chain of them is followed
   // as far as the number of geometries allows, so that a loop ends.
-  const size_t largestChain = mState->elementsById.GetCount();
+  const size_t largestChain = mState->elementsById.GetElementCount();
   for (size_t hops = 0; geometry && hops <= largestChain; ++hops) {
     DaeElement* mesh = nullptr;
     for (DaeElement* child = firstChildElement(geometry); child && !mesh; child = nextSiblingElement(child))
@@ -49,6 +51,7 @@ DaeElement* KZylReaderCollada::MeshElementOf(DaeElement* geometry) {
 }
 
 bool KZylReaderCollada::ImportAnyGeometry(DaeElement* geometry) {
+  const ReadingAt reading(*this, geometry);
   const KString id = DAE_GetProperty(geometry, "id");
   // Other kinds of geometry (splines, boundary representations) have no kit counterpart.
   for (DaeElement* child = firstChildElement(geometry); child; child = nextSiblingElement(child)) {
@@ -71,6 +74,7 @@ bool KZylReaderCollada::ImportAnyGeometry(DaeElement* geometry) {
 }
 
 bool KZylReaderCollada::ImportMesh(DaeElement* meshElement, KZylMesh* mesh) {
+  const ReadingAt reading(*this, meshElement);
   if (!mesh->GetLayer(0)) mesh->CreateLayer();
   if (!mesh->GetNormals()) mesh->InitNormals(0);
   if (!(mStatus = ImportVertices(meshElement, mesh))) return false;

@@ -89,6 +89,14 @@ bool HasPolygonHoles(const DaeElement* element) {
 
 }  // namespace
 
+void KZylReaderCollada::CountPrimitivesLeftUnread(const DaeElement* meshElement) {
+  for (DaeElement* child = firstChildElement(meshElement); child; child = nextSiblingElement(child)) {
+    PrimitiveKind kind;
+    if (PrimitiveKindOf(child, kind) && kind != PrimitiveKind::kPolygons && kind != PrimitiveKind::kTriangles)
+      CountLeftUnread(KString(DAE_GetName(child)) + " primitives");
+  }
+}
+
 KArrayTemplate<DaeElement*> KZylReaderCollada::PrimitiveElements(DaeElement* meshElement) {
   KArrayTemplate<DaeElement*> elements;
   if (!mComplete) {
@@ -96,6 +104,7 @@ KArrayTemplate<DaeElement*> KZylReaderCollada::PrimitiveElements(DaeElement* mes
     // order, not the document's.
     findChildrenByType(meshElement, "polygons", elements);
     findChildrenByType(meshElement, "triangles", elements);
+    CountPrimitivesLeftUnread(meshElement);
     return elements;
   }
   for (DaeElement* child = firstChildElement(meshElement); child; child = nextSiblingElement(child)) {
@@ -103,6 +112,7 @@ KArrayTemplate<DaeElement*> KZylReaderCollada::PrimitiveElements(DaeElement* mes
     if (PrimitiveKindOf(child, kind)) {
       elements.Add(child);
     } else if (DAE_IsElement(child, "lines") || DAE_IsElement(child, "linestrips")) {
+      const ReadingAt reading(*this, child);
       WarnOnce(DAE_GetName(child), KString(DAE_GetName(child)) + " not read: the kit has no line geometry");
     }
   }
@@ -131,6 +141,7 @@ bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh) 
   PolygonLayers layers(*this, mesh, meshElement);
   for (int ordinal = 0; ordinal < elements.GetCount(); ++ordinal) {
     DaeElement* element = elements[ordinal];
+    const ReadingAt reading(*this, element);
     const PolygonMaterials::Indices indices = materials.Assign(DAE_GetProperty(element, "material"), ordinal);
     const PrimitiveInputs inputs = ReadInputs(element);
     if (!inputs.hasVertex) {

@@ -184,6 +184,7 @@ KZylPose* MakeBindPose(KZylSdkManager* manager, const ControllerRecord& record) 
 }  // namespace
 
 bool KZylReaderCollada::ImportController(DaeElement* controller) {
+  const ReadingAt reading(*this, controller);
   auto record = std::make_unique<ControllerRecord>();
   record->id = DAE_GetProperty(controller, "id");
   bool skinRead = false;

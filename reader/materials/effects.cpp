@@ -103,6 +103,7 @@ void SetValue(KZylSurfaceMaterial& material, const ParameterRule& rule, bool new
 }  // namespace
 
 bool KZylReaderCollada::ImportEffect(DaeElement* effect) {
+  const ReadingAt reading(*this, effect);
   const KString id = DAE_GetProperty(effect, "id");
   if (mComplete) ImportEffectImages(effect);
   DaeElement* profile = findChildByType(effect, "profile_COMMON");
@@ -167,6 +168,7 @@ void KZylReaderCollada::ImportEffectImages(DaeElement* effect) {
 }
 
 bool KZylReaderCollada::ImportMaterial(DaeElement* materialElement) {
+  const ReadingAt reading(*this, materialElement);
   const KString id = DAE_GetProperty(materialElement, "id");
   DaeElement* instance = findChildByType(materialElement, "instance_effect");
   if (!instance) {

@@ -50,6 +50,7 @@ KString ImageIdOf(const DaeElement* texture) {
 }  // namespace
 
 bool KZylReaderCollada::ImportImage(DaeElement* image) {
+  const ReadingAt reading(*this, image);
   const KString id = DAE_GetProperty(image, "id");
   DaeElement* initFrom = findChildByType(image, "init_from");
   if (!initFrom) {

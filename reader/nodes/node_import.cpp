@@ -139,6 +139,7 @@ DaeElement* InstancedNode(const NodeImportContext& context, const DaeElement* in
 bool ImportNodeChild(const NodeImportContext& context, DaeElement* element, DaeElement* nodeElement, KZylNode& node,
                      ChildToImport& child, int& extraInstances) {
   KZylReaderCollada& reader = context.reader;
+  const KZylReaderCollada::ReadingAt reading(reader, element);
   const bool complete = reader.IsComplete();
   const char* name = DAE_GetName(element);
   switch (KindOf(element)) {
@@ -193,6 +194,7 @@ bool GiveDefaultAttribute(const NodeImportContext& context, DaeElement* nodeElem
 }  // namespace
 
 bool KZylReaderCollada::ImportNode(DaeElement* nodeElement, KZylNode& node, KString id) {
+  const ReadingAt reading(*this, nodeElement);
   if (mComplete) {
     // The first node made of an element stands for it when joints are looked up.
     mState->nodeOfElement.emplace(nodeElement, &node);

@@ -83,6 +83,7 @@ bool KZylReaderCollada::ImportTransforms(DaeElement* nodeElement, KZylNode* node
   int count = 0;
   for (DaeElement* child = firstChildElement(nodeElement); child; child = nextSiblingElement(child)) {
     const char* name = DAE_GetName(child);
+    const ReadingAt readingChild(*this, child);
     KString sidStorage;
     const std::string_view sid = DAE_PropertyText(child, "sid", sidStorage);
     // Animation channels name their target "<node>/<sid>".
@@ -154,6 +155,7 @@ bool KZylReaderCollada::ImportTransforms(DaeElement* nodeElement, KZylNode* node
 }
 
 KZylVector4& KZylReaderCollada::ImportRotation(DaeElement* rotate, KZylNode*, int& axis, KZylVector4& rotation) {
+  const ReadingAt reading(*this, rotate);
   double values[4];
   ReadElementNumbers(rotate, values, 4);
   const double x = values[0], y = values[1], z = values[2], angle = values[3];

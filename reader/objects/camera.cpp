@@ -109,6 +109,7 @@ void ReadVendorOptics(KZylReaderCollada& reader, const KString& id, const DaeEle
 }  // namespace
 
 bool KZylReaderCollada::ImportCamera(DaeElement* cameraElement) {
+  const ReadingAt reading(*this, cameraElement);
   const KString id = DAE_GetProperty(cameraElement, "id");
   KZylCamera* camera = KZylCamera::Create(mManager, "");
   DaeElement* optics = findChildByType(cameraElement, "optics");

@@ -60,6 +60,7 @@ void ReadLightParameter(KZylReaderCollada& reader, KZylScene& scene, KZylLight* 
 }  // namespace
 
 bool KZylReaderCollada::ImportLight(KZylScene& scene, DaeElement* lightElement) {
+  const ReadingAt reading(*this, lightElement);
   const KString id = DAE_GetProperty(lightElement, "id");
   KZylLight* light = nullptr;
 

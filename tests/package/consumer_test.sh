@@ -18,7 +18,7 @@ check_run() {
   output=$("$program" "$work/scene.xml")
   # Every node of the scene, the mesh with its polygon count, and no failure.
   grep -qx "box: 6 polygons" <<<"$output" || { echo "unexpected output of $program:"; echo "$output"; exit 1; }
-  if grep -q "^ERROR" <<<"$output"; then echo "$output"; exit 1; fi
+  if grep -q ": ERROR: " <<<"$output"; then echo "$output"; exit 1; fi
 }
 
 generator_flags=(-DEXAMPLE_SOURCE="$work/example.cpp")

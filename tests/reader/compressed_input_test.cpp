@@ -6,7 +6,8 @@
 
 #include <string>
 
-#include "reader/collada_reader.h"
+#include "reader/collada_import.h"
+#include "reader/dom/dom.h"
 #include "reader/xml_document.h"
 #include "tests/support/documents.h"
 
@@ -58,7 +59,7 @@ TEST(CompressedInput, AGzipDocumentPastItsCapIsRefused) {
 }
 
 TEST(CompressedInput, XzAndLzmaAreRefused) {
-  for (const std::string start : {std::string("\xfd" "7zXZ", 5) + std::string(1, '\0') + "rest",
+  for (const std::string& start : {std::string("\xfd" "7zXZ", 5) + std::string(1, '\0') + "rest",
                                   std::string("\x5d\0\0\x80\0", 5) + "rest"}) {
     TempFile packed(start);
     XmlParseFailure failure;

@@ -22,7 +22,7 @@ TEST(ZyldaeDump, OldFormatDocumentWithAssetOnly) {
   zyltest::ToolRun run = RunTool("dump " + file.Path());
   ASSERT_EQ(run.status, 0) << run.err;
   zyldae::Json dump = zyldae::Json::parse(run.out);
-  EXPECT_EQ(dump["dump"], 1);
+  EXPECT_EQ(dump["dump"], 2);
   EXPECT_EQ(dump["ok"], true);
   ASSERT_EQ(dump["notifications"].size(), 1u);
   EXPECT_EQ(dump["notifications"][0]["code"], 6);

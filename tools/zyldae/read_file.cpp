@@ -21,6 +21,7 @@ ReadResult ReadDocument(const KString& path, const ReadSettings& settings) {
   result.notifications = std::move(read.messages);
   result.xmlError = read.xmlError;
   result.xmlErrorLine = read.xmlErrorLine;
+  result.leftUnread = std::move(read.leftUnread);
   return result;
 }
 

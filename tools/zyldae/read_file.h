@@ -21,6 +21,8 @@ struct ReadResult {
   // When the file is not well-formed XML: the parser's message and the line where it stopped.
   zylsdk::KString xmlError;
   int xmlErrorLine = 0;
+  // What the default reading passed over and the complete reading reads, with counts.
+  std::vector<std::pair<zylsdk::KString, int>> leftUnread;
 };
 
 // How to read: the read options the tool sets.

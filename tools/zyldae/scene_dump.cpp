@@ -386,14 +386,17 @@ Json DumpScene(const KZylScene& scene, bool brief) { return SceneDumper(scene, b
 
 Json DumpRead(const ReadResult& read, const KString& file, bool brief) {
   Json json;
-  json["dump"] = 1;
+  json["dump"] = kDumpVersion;
   json["file"] = Text(file);
   json["ok"] = read.ok;
   json["lastError"] = {{"id", read.lastErrorId}, {"text", Text(read.lastErrorText)}};
   json["errorText"] = Text(read.errorText);
   json["notifications"] = Json::array();
   for (const auto& detail : read.notifications)
-    json["notifications"].push_back({{"code", detail.code}, {"text", Text(detail.text)}});
+    json["notifications"].push_back({{"code", detail.code},
+                                     {"text", Text(detail.text)},
+                                     {"line", detail.location.line},
+                                     {"element", Text(detail.location.element)}});
   json["scene"] = read.scene ? DumpScene(*read.scene, brief) : Json(nullptr);
   return json;
 }

@@ -6,6 +6,9 @@
 
 namespace zyldae {
 
+// The dump's format version, its "dump" field. 2: notifications carry "line" and "element".
+inline constexpr int kDumpVersion = 2;
+
 // The whole dump document of a read of `file`. `brief` leaves out the long arrays and keeps
 // their counts.
 Json DumpRead(const ReadResult& read, const zylsdk::KString& file, bool brief);

@@ -164,11 +164,14 @@ void PrintInfo(std::ostream& out, const ReadResult& read, const KString& file) {
   out << "File: " << file.Std() << '\n';
   out << "Read: " << (read.ok ? "ok" : "failed") << '\n';
   if (!read.notifications.empty()) {
+    // As compilers write them, so that editors can jump to the line: "file:line: text".
     out << "Notifications:\n";
     for (const auto& detail : read.notifications) {
       std::string text = detail.text.Std();
       while (!text.empty() && text.back() == '\n') text.pop_back();
-      out << "  " << text << '\n';
+      out << file.Std() << ':';
+      if (detail.location.line > 0) out << detail.location.line << ':';
+      out << ' ' << text << '\n';
     }
   }
   const KZylScene& scene = *read.scene;
@@ -181,6 +184,8 @@ void PrintInfo(std::ostream& out, const ReadResult& read, const KString& file) {
   }
   const SceneStats stats = ComputeStats(scene);
   out << "Totals: " << TotalsLine(stats) << '\n';
+  for (const auto& [what, count] : read.leftUnread)
+    out << count << ' ' << what.Std() << " not read: use --complete\n";
   out << "Bounding box (world): " << BoundsLine(ComputeBounds(scene)) << '\n';
   out << "Nodes:\n";
   if (scene.GetRootNode()) PrintTree(out, *scene.GetRootNode());
