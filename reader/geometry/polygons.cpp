@@ -109,7 +109,7 @@ KArrayTemplate<DaeElement*> KZylReaderCollada::PrimitiveElements(DaeElement* mes
   return elements;
 }
 
-bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh) {
+bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh, MeshSources& sources) {
   const KArrayTemplate<DaeElement*> elements = PrimitiveElements(meshElement);
 
   // Normals per control point are replaced by normals per polygon vertex, read or computed;
@@ -128,7 +128,7 @@ bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh) 
   }
 
   PolygonMaterials materials(mesh, mState->textures, elements.GetCount(), !mComplete);
-  PolygonLayers layers(*this, mesh, meshElement);
+  PolygonLayers layers(*this, mesh, sources);
   for (int ordinal = 0; ordinal < elements.GetCount(); ++ordinal) {
     DaeElement* element = elements[ordinal];
     const PolygonMaterials::Indices indices = materials.Assign(DAE_GetProperty(element, "material"), ordinal);
