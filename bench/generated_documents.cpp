@@ -259,4 +259,34 @@ std::string NodeChainDocument(int depth) {
   return SceneDocument(nodes);
 }
 
+// Each material has an effect of its own colour; the mesh's triangles share three points.
+std::string MaterialsDocument(int count) {
+  std::string effects, materials, triangles, bindings;
+  for (int i = 0; i < count; ++i) {
+    const std::string n = std::to_string(i);
+    char red[32];
+    std::snprintf(red, sizeof red, "%g", static_cast<double>(i % 256) / 255.0);
+    effects += "<effect id=\"fx" + n + "\"><profile_COMMON><technique sid=\"common\"><phong><diffuse><color>" + red +
+               " 0.5 0.5 1</color></diffuse></phong></technique></profile_COMMON></effect>\n";
+    materials += "<material id=\"mat" + n + "\" name=\"mat" + n + "\"><instance_effect url=\"#fx" + n + "\"/></material>\n";
+    triangles += "<triangles material=\"sym" + n +
+                 "\" count=\"1\"><input semantic=\"VERTEX\" source=\"#tri-vtx\" offset=\"0\"/><p>0 1 2</p></triangles>\n";
+    bindings += "<instance_material symbol=\"sym" + n + "\" target=\"#mat" + n + "\"/>\n";
+  }
+  return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<COLLADA xmlns=\"http://www.collada.org/2005/11/COLLADASchema\" "
+         "version=\"1.4.1\">\n<asset><up_axis>Y_UP</up_axis></asset>\n<library_effects>" +
+         effects + "</library_effects>\n<library_materials>" + materials +
+         "</library_materials>\n<library_geometries><geometry id=\"tri\"><mesh>" +
+         FloatSource("tri-pos", "0 0 0 1 0 0 0 1 0 ",
+                     "<param name=\"X\" type=\"float\"/><param name=\"Y\" type=\"float\"/><param name=\"Z\" "
+                     "type=\"float\"/>",
+                     3, 3) +
+         "<vertices id=\"tri-vtx\"><input semantic=\"POSITION\" source=\"#tri-pos\"/></vertices>\n" + triangles +
+         "</mesh></geometry></library_geometries>\n<library_visual_scenes><visual_scene id=\"scene\"><node "
+         "id=\"many\"><instance_geometry url=\"#tri\"><bind_material><technique_common>\n" +
+         bindings +
+         "</technique_common></bind_material></instance_geometry></node></visual_scene></library_visual_scenes>\n"
+         "<scene><instance_visual_scene url=\"#scene\"/></scene>\n</COLLADA>\n";
+}
+
 }  // namespace zylbench

@@ -18,5 +18,8 @@ std::string AnimationDocument(int nodes, int keys, bool grouped);
 std::string SiblingNodesDocument(int count);
 // A chain of `depth` nested nodes.
 std::string NodeChainDocument(int depth);
+// A mesh of `count` triangles, each in a primitive element of its own material, instanced by
+// one node that binds all `count` materials (each with its own effect).
+std::string MaterialsDocument(int count);
 
 }  // namespace zylbench

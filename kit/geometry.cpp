@@ -66,9 +66,7 @@ void KZylLayerContainer::ForgetObjects(const ObjectSet& gone) {
 // ---------------------------------------------------------------- KZylGeometryBase
 
 void KZylGeometryBase::InitControlPointArray(int count) {
-  int old = mControlPoints.GetCount();
-  mControlPoints.Resize(count);
-  for (int i = old; i < mControlPoints.GetCount(); ++i) mControlPoints[i] = KZylVector4(0.0, 0.0, 0.0, 1.0);
+  mControlPoints.Std().resize(count > 0 ? static_cast<size_t>(count) : 0, KZylVector4(0.0, 0.0, 0.0, 1.0));
 }
 
 void KZylGeometryBase::SetControlPointAndNormal(const KZylVector4& position, const KZylVector4& normal, int index) {

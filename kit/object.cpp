@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 
 #include "kit/manager.h"
 #include "kit/scene.h"
@@ -159,25 +160,67 @@ std::vector<double> KZylProperty::GetNumbers() const {
 
 KZylObject* KZylPlug::Self() { return static_cast<KZylObject*>(this); }
 
+namespace {
+
+// Up to this many sources, looking through them is as quick as an index and costs no memory.
+constexpr size_t kSourcesScanned = 16;
+
+// Removes `object` from `objects`, where it is at most once; connections are undone mostly in
+// the reverse order they were made, so the search starts at the end.
+void EraseOnce(std::vector<KZylObject*>& objects, const KZylObject* object) {
+  auto found = std::find(objects.rbegin(), objects.rend(), object);
+  if (found != objects.rend()) objects.erase(std::next(found).base());
+}
+
+}  // namespace
+
+struct KZylPlug::SourceIndex {
+  std::unordered_set<const KZylObject*> members;
+  // The sources of each class asked for so far, in order.
+  std::unordered_map<const KZylClassId*, std::vector<KZylObject*>> byClass;
+};
+
+KZylPlug::~KZylPlug() = default;
+
 bool KZylPlug::ConnectZylSrc(KZylObject* source) {
   if (!source || source == Self() || IsConnectedZylSrc(source)) return false;
   mSources.push_back(source);
+  if (mSourceIndex) {
+    mSourceIndex->members.insert(source);
+    for (auto& [classId, sources] : mSourceIndex->byClass)
+      if (source->Is(*classId)) sources.push_back(source);
+  } else if (mSources.size() > kSourcesScanned) {
+    mSourceIndex = std::make_unique<SourceIndex>();
+    mSourceIndex->members.insert(mSources.begin(), mSources.end());
+  }
   static_cast<KZylPlug*>(source)->mDestinations.push_back(Self());
   return true;
 }
 
 bool KZylPlug::DisconnectZylSrc(KZylObject* source) {
-  auto found = std::find(mSources.begin(), mSources.end(), source);
-  if (found == mSources.end()) return false;
-  mSources.erase(found);
-  std::vector<KZylObject*>& back = static_cast<KZylPlug*>(source)->mDestinations;
-  auto self = std::find(back.begin(), back.end(), Self());
-  if (self != back.end()) back.erase(self);
+  if (!IsConnectedZylSrc(source)) return false;
+  EraseOnce(mSources, source);
+  if (mSourceIndex) {
+    mSourceIndex->members.erase(source);
+    // Made again when next asked for.
+    mSourceIndex->byClass.clear();
+  }
+  EraseOnce(static_cast<KZylPlug*>(source)->mDestinations, Self());
   return true;
 }
 
 bool KZylPlug::IsConnectedZylSrc(const KZylObject* source) const {
+  if (mSourceIndex) return mSourceIndex->members.count(source) != 0;
   return std::find(mSources.begin(), mSources.end(), source) != mSources.end();
+}
+
+const std::vector<KZylObject*>* KZylPlug::SourcesOfClass(const KZylClassId& classId) const {
+  if (!mSourceIndex) return nullptr;
+  auto [entry, made] = mSourceIndex->byClass.try_emplace(&classId);
+  if (made)
+    for (KZylObject* source : mSources)
+      if (source->Is(classId)) entry->second.push_back(source);
+  return &entry->second;
 }
 
 KZylObject* KZylPlug::GetSrcObject(int index) const {
@@ -185,11 +228,14 @@ KZylObject* KZylPlug::GetSrcObject(int index) const {
 }
 
 int KZylPlug::GetSrcObjectCount(const KZylClassId& classId) const {
+  if (const std::vector<KZylObject*>* sources = SourcesOfClass(classId)) return static_cast<int>(sources->size());
   return static_cast<int>(std::count_if(mSources.begin(), mSources.end(),
                                         [&](const KZylObject* o) { return o->Is(classId); }));
 }
 
 KZylObject* KZylPlug::GetSrcObject(const KZylClassId& classId, int index) const {
+  if (const std::vector<KZylObject*>* sources = SourcesOfClass(classId))
+    return (index >= 0 && static_cast<size_t>(index) < sources->size()) ? (*sources)[static_cast<size_t>(index)] : nullptr;
   for (KZylObject* o : mSources)
     if (o->Is(classId) && index-- == 0) return o;
   return nullptr;

@@ -107,9 +107,11 @@ class KZylProperty {
 
 class KZylPlug {
  public:
-  virtual ~KZylPlug() = default;
+  KZylPlug() = default;
+  virtual ~KZylPlug();
 
   // Makes `source` a source of this object; false when it is null, this object, or already one.
+  // Sources keep the order they were connected in.
   bool ConnectZylSrc(KZylObject* source);
   bool DisconnectZylSrc(KZylObject* source);
   bool IsConnectedZylSrc(const KZylObject* source) const;
@@ -126,9 +128,17 @@ class KZylPlug {
   void DisconnectAll();
 
  private:
+  struct SourceIndex;
   KZylObject* Self();
+  // The sources of one class, in order, from the index; null while there are few sources.
+  const std::vector<KZylObject*>* SourcesOfClass(const KZylClassId& classId) const;
+
   std::vector<KZylObject*> mSources;
   std::vector<KZylObject*> mDestinations;
+  // Made once there are more sources than a scan should visit, so that a scene or a node with
+  // thousands of them answers "already a source?" and "the i-th material" without a walk
+  // through them all; the many objects with few sources pay nothing for it.
+  mutable std::unique_ptr<SourceIndex> mSourceIndex;
 };
 
 class KZylObject : public KZylPlug {

@@ -26,6 +26,7 @@ namespace zylsdk {
 
 // Lookups of the joint re-targeting (reader/nodes/joints.cpp).
 struct JointIndex;
+class MeshSources;
 // Lookups of the animation targets (reader/animation/target_index.h).
 class AnimationTargetIndex;
 // Skin links kept across the copies of visual scenes (reader/nodes/copy_scene.cpp).
@@ -163,9 +164,13 @@ class KZylReaderCollada : public KZylReader {
   DaeElement* MeshElementOf(DaeElement* geometry);
   // Texture coordinates of `vertices`, one per control point, into layer 0.
   void SetControlPointUVs(KZylGeometry& geometry, const KArrayTemplate<KZylVector2>& uvs);
+  // The mesh's control points, then its polygons; both steps read the mesh's sources from one
+  // MeshSources, so that a source that both use is read once.
   bool ImportMesh(DaeElement* meshElement, KZylMesh* mesh);
+  bool ImportVertices(DaeElement* meshElement, KZylGeometry* geometry, MeshSources& sources);
+  // The same step with sources of its own, for a reading of `vertices` alone.
   bool ImportVertices(DaeElement* meshElement, KZylGeometry* geometry);
-  bool ImportPolygons(DaeElement* meshElement, KZylMesh& mesh);
+  bool ImportPolygons(DaeElement* meshElement, KZylMesh& mesh, MeshSources& sources);
   // The primitive elements of a mesh that become polygons, in the order of the mesh's polygons;
   // the complete reading warns once about line primitives, which the kit cannot hold.
   KArrayTemplate<DaeElement*> PrimitiveElements(DaeElement* meshElement);

@@ -77,8 +77,9 @@ bool KZylReaderCollada::ImportMesh(DaeElement* meshElement, KZylMesh* mesh) {
   const ReadingAt reading(*this, meshElement);
   if (!mesh->GetLayer(0)) mesh->CreateLayer();
   if (!mesh->GetNormals()) mesh->InitNormals(0);
-  if (!(mStatus = ImportVertices(meshElement, mesh))) return false;
-  mStatus = ImportPolygons(meshElement, *mesh);
+  MeshSources sources(meshElement, SourceReadingRules());
+  if (!(mStatus = ImportVertices(meshElement, mesh, sources))) return false;
+  mStatus = ImportPolygons(meshElement, *mesh, sources);
   return mStatus;
 }
 
@@ -113,13 +114,17 @@ void KZylReaderCollada::SetControlPointUVs(KZylGeometry& geometry, const KArrayT
 }
 
 bool KZylReaderCollada::ImportVertices(DaeElement* meshElement, KZylGeometry* geometry) {
+  MeshSources sources(meshElement, SourceReadingRules());
+  return ImportVertices(meshElement, geometry, sources);
+}
+
+bool KZylReaderCollada::ImportVertices(DaeElement* meshElement, KZylGeometry* geometry, MeshSources& sources) {
   DaeElement* vertices = findChildByType(meshElement, "vertices");
   if (!vertices) {
     AddNotificationError("<vertex> node not found");
     return false;
   }
 
-  MeshSources sources(meshElement, SourceReadingRules());
   const KArrayTemplate<KZylVector4> none;
   const KArrayTemplate<KZylVector4>* positions = &none;
   const KArrayTemplate<KZylVector4>* normals = &none;
@@ -151,13 +156,16 @@ bool KZylReaderCollada::ImportVertices(DaeElement* meshElement, KZylGeometry* ge
     if (!ok) return false;
   }
 
-  // Normals go with the control points only when there is one for each.
+  // The control points are the positions, and the normals go with them only when there is one
+  // for each (else each is zero). The arrays share the sources' storage rather than copy it.
   const int count = positions->GetCount();
-  const bool withNormals = normals->GetCount() >= count;
-  geometry->InitControlPointArray(count);
-  geometry->InitNormals(count);
-  const KZylVector4 noNormal;
-  for (int i = 0; i < count; ++i) geometry->SetControlPointAndNormal((*positions)[i], withNormals ? (*normals)[i] : noNormal, i);
+  geometry->GetControlPoints() = *positions;
+  geometry->InitNormals(normals->GetCount() >= count ? 0 : count);
+  KArrayTemplate<KZylVector4>& controlPointNormals = geometry->GetNormals()->GetDirectArray();
+  if (normals->GetCount() == count)
+    controlPointNormals = *normals;
+  else if (normals->GetCount() > count)
+    controlPointNormals.Std().assign(normals->begin(), normals->begin() + count);
 
   if (uvs && !uvs->IsEmpty()) SetControlPointUVs(*geometry, *uvs);
   if (!colors || colors->IsEmpty()) return true;

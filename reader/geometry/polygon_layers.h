@@ -28,11 +28,12 @@ struct SourcePlacement {
   int base;
 };
 
-// Reads the attribute inputs of every element of one mesh, in order.
+// Reads the attribute inputs of every element of one mesh, in order, from the mesh's sources
+// (shared with the reading of its control points).
 class PolygonLayers {
  public:
-  PolygonLayers(KZylReaderCollada& reader, KZylMesh& mesh, const DaeElement* meshElement)
-      : mReader(reader), mMesh(mesh), mSources(meshElement, reader.SourceReadingRules()) {}
+  PolygonLayers(KZylReaderCollada& reader, KZylMesh& mesh, MeshSources& sources)
+      : mReader(reader), mMesh(mesh), mSources(sources) {}
 
   // Adds the input's values for every vertex of `lists`; false (with the error said) when its
   // source is missing or unreadable.
@@ -55,7 +56,7 @@ class PolygonLayers {
 
   KZylReaderCollada& mReader;
   KZylMesh& mMesh;
-  MeshSources mSources;
+  MeshSources& mSources;
   // Sources already met in this mesh, by their attribute as written.
   std::unordered_set<KString> mSeenSources;
   // For the complete reading: where each source's values start in each element.

@@ -27,9 +27,9 @@ void PolygonMaterials::IndexEveryPolygon() {
   KZylLayerElementMaterial* element = mMesh.GetLayer(0)->GetMaterials();
   if (!element || element->GetMappingMode() != KZylLayerElement::eByPolygon) return;
   std::vector<int>& indices = element->GetIndexArray().Std();
-  indices.resize(static_cast<size_t>(mMesh.GetPolygonCount()));
-  for (int polygon = 0; polygon < mMesh.GetPolygonCount(); ++polygon)
-    indices[static_cast<size_t>(polygon)] = mMesh.GetPolygonMaterial(polygon);
+  indices.clear();
+  indices.reserve(static_cast<size_t>(mMesh.GetPolygonCount()));
+  for (int polygon = 0; polygon < mMesh.GetPolygonCount(); ++polygon) indices.push_back(mMesh.GetPolygonMaterial(polygon));
 }
 
 KZylLayerElementMaterial& PolygonMaterials::MaterialElement() {

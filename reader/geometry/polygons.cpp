@@ -119,7 +119,7 @@ KArrayTemplate<DaeElement*> KZylReaderCollada::PrimitiveElements(DaeElement* mes
   return elements;
 }
 
-bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh) {
+bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh, MeshSources& sources) {
   const KArrayTemplate<DaeElement*> elements = PrimitiveElements(meshElement);
 
   // Normals per control point are replaced by normals per polygon vertex, read or computed;
@@ -138,7 +138,7 @@ bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh) 
   }
 
   PolygonMaterials materials(mesh, mState->textures, elements.GetCount(), !mComplete);
-  PolygonLayers layers(*this, mesh, meshElement);
+  PolygonLayers layers(*this, mesh, sources);
   for (int ordinal = 0; ordinal < elements.GetCount(); ++ordinal) {
     DaeElement* element = elements[ordinal];
     const ReadingAt reading(*this, element);

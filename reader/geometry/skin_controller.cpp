@@ -62,7 +62,8 @@ JointWeights GroupByJoint(const DaeElement* vertexWeights, int stride, int joint
   return perJoint;
 }
 
-bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters) {
+bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, MeshSources& sources,
+                       KArrayTemplate<KZylCluster*>& clusters) {
   DaeElement* vertexWeights = findChildByType(skin, "vertex_weights");
   if (!vertexWeights) {
     reader.AddNotificationError(KString("<") + "vertex_weights" + "> node not found in controller\n");
@@ -75,7 +76,6 @@ bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, KArrayTempla
   const int stride = inputs.GetCount();
   int jointOffset = stride;
   int weightOffset = stride;
-  MeshSources sources(skin, reader.SourceReadingRules());
   const KArrayTemplate<KString>* joints = nullptr;
   const KArrayTemplate<double>* weights = nullptr;
   for (DaeElement* input : inputs) {
@@ -111,7 +111,8 @@ bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, KArrayTempla
   return true;
 }
 
-bool ReadLinkMatrices(KZylReaderCollada& reader, DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters) {
+bool ReadLinkMatrices(KZylReaderCollada& reader, DaeElement* skin, MeshSources& sources,
+                      KArrayTemplate<KZylCluster*>& clusters) {
   DaeElement* jointsElement = findChildByType(skin, "joints");
   if (!jointsElement) {
     reader.AddNotificationError(KString("<") + "joints" + "> node not found in controller\n");
@@ -119,7 +120,6 @@ bool ReadLinkMatrices(KZylReaderCollada& reader, DaeElement* skin, KArrayTemplat
   }
   KArrayTemplate<DaeElement*> inputs;
   findChildrenByType(jointsElement, "input", inputs);
-  MeshSources sources(skin, reader.SourceReadingRules());
   const KArrayTemplate<KString> none;
   const KArrayTemplate<KZylXMatrix> noMatrices;
   const KArrayTemplate<KString>* names = &none;
@@ -165,8 +165,10 @@ bool ImportSkin(KZylReaderCollada& reader, DaeElement* skin, ControllerRecord& r
   record.source = DAE_GetProperty(skin, "source");
   // Without a bind_shape_matrix there are no values, which reads as the identity.
   record.bindShapeMatrix = DAE_GetMatrix(findChildByType(skin, "bind_shape_matrix"));
-  if (!reader.ImportVertexWeightsInController(skin, record.clusters)) return false;
-  if (!reader.ImportLinkMatricesInController(skin, record.clusters)) return false;
+  // Both steps name the joints' source; it is read once.
+  MeshSources sources(skin, reader.SourceReadingRules());
+  if (!ReadVertexWeights(reader, skin, sources, record.clusters)) return false;
+  if (!ReadLinkMatrices(reader, skin, sources, record.clusters)) return false;
   for (KZylCluster* cluster : record.clusters) cluster->SetTransformMatrix(record.bindShapeMatrix);
   return true;
 }
@@ -214,11 +216,13 @@ bool KZylReaderCollada::ImportController(DaeElement* controller) {
 }
 
 bool KZylReaderCollada::ImportVertexWeightsInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters) {
-  return mStatus = ReadVertexWeights(*this, skin, clusters);
+  MeshSources sources(skin, SourceReadingRules());
+  return mStatus = ReadVertexWeights(*this, skin, sources, clusters);
 }
 
 bool KZylReaderCollada::ImportLinkMatricesInController(DaeElement* skin, KArrayTemplate<KZylCluster*>& clusters) {
-  return mStatus = ReadLinkMatrices(*this, skin, clusters);
+  MeshSources sources(skin, SourceReadingRules());
+  return mStatus = ReadLinkMatrices(*this, skin, sources, clusters);
 }
 
 }  // namespace zylsdk

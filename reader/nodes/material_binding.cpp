@@ -3,11 +3,15 @@
 // document material each symbol stands for. The complete reading also places the bound
 // materials' textures on the mesh there.
 
+#include <iterator>
+#include <optional>
+#include <set>
 #include <unordered_map>
 #include <vector>
 
 #include "reader/dom/dom.h"
 #include "reader/dom/numbers.h"
+#include "reader/nodes/material_slot_index.h"
 #include "reader/nodes/node_steps.h"
 
 namespace zylsdk {
@@ -80,35 +84,20 @@ void PlaceBoundTextures(const NodeImportContext& context, const std::vector<Boun
   }
 }
 
-// The slots of each symbol in layer 0's material element, in order: the complete reading binds
-// every slot of a symbol (a mesh has one per primitive element that names it).
-using SlotsBySymbol = std::unordered_map<KString, std::vector<int>>;
-
-SlotsBySymbol IndexSlots(const KZylMesh& mesh) {
-  SlotsBySymbol slots;
-  const KZylLayer* layer = mesh.GetLayer(0);
-  const KZylLayerElementMaterial* element = layer ? layer->GetMaterials() : nullptr;
-  if (!element) return slots;
-  const KArrayTemplate<KZylSurfaceMaterial*>& materials = element->GetDirectArray();
-  for (int i = 0; i < materials.GetCount(); ++i)
-    if (materials[i]) slots[materials[i]->GetName()].push_back(i);
-  return slots;
-}
-
 // Binds one `instance_material`: false after an error. The traditional reading binds the first
-// slot of the symbol; with `slotsBySymbol`, every slot of it is bound.
+// slot that holds a material named by the symbol, as the slots are at that moment (a slot
+// already bound goes by its new material's name); the complete reading binds every slot the
+// symbol named before any binding (a mesh has one per primitive element that names it), so its
+// index is never updated.
 bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial, const KZylNode& node, KZylMesh& mesh,
-                  const SlotsBySymbol* slotsBySymbol, std::vector<BoundMaterial>& bound) {
+                  MaterialSlotIndex& slotIndex, std::vector<BoundMaterial>& bound) {
   KZylReaderCollada& reader = context.reader;
+  const bool complete = reader.IsComplete();
   const KString symbol = DAE_GetProperty(instanceMaterial, "symbol");
   const KString target = DAE_GetProperty(instanceMaterial, "target");
   std::vector<int> slots;
-  if (!slotsBySymbol) {
-    const int slot = mesh.GMI(symbol, 0);
-    if (slot >= 0) slots.push_back(slot);
-  } else if (auto found = slotsBySymbol->find(symbol); found != slotsBySymbol->end()) {
-    slots = found->second;
-  }
+  if (const std::set<int>* named = slotIndex.SlotsNamed(symbol))
+    slots.assign(named->begin(), complete ? named->end() : std::next(named->begin()));
   if (slots.empty()) {
     reader.AddNotificationWarning("material of symbol " + symbol + " not found for node " + node.GetName());
     return true;
@@ -127,7 +116,9 @@ bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial
   KArrayTemplate<KZylSurfaceMaterial*>& materials = element->GetDirectArray();
   for (const int slot : slots) {
     reader.AddToMaterialSet(materials[slot]);
+    KZylSurfaceMaterial* const before = materials[slot];
     materials[slot] = context.state.materials.Get(found);
+    if (!complete) slotIndex.Rebind(slot, before, materials[slot]);
     bound.push_back({instanceMaterial, target.Mid(1), slot});
   }
   return true;
@@ -138,7 +129,8 @@ bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial
 bool BindMaterials(const NodeImportContext& context, DaeElement* instance, const KZylNode& node, KZylMesh& mesh) {
   std::vector<BoundMaterial> bound;
   const bool complete = context.reader.IsComplete();
-  const SlotsBySymbol slotsBySymbol = complete ? IndexSlots(mesh) : SlotsBySymbol();
+  // Made at the first binding: most instances bind nothing.
+  std::optional<MaterialSlotIndex> slotIndex;
   for (DaeElement* binding = firstChildElement(instance); binding; binding = nextSiblingElement(binding)) {
     if (!DAE_IsElement(binding, "bind_material")) continue;
     DaeElement* technique = getTechniqueCommonNode(binding);
@@ -146,9 +138,9 @@ bool BindMaterials(const NodeImportContext& context, DaeElement* instance, const
       context.reader.AddNotificationError("no <technique_common> node found for bind_material node ");
       return false;
     }
+    if (!slotIndex) slotIndex.emplace(mesh);
     for (DaeElement* child = firstChildElement(technique); child; child = nextSiblingElement(child))
-      if (DAE_IsElement(child, "instance_material") &&
-          !BindMaterial(context, child, node, mesh, complete ? &slotsBySymbol : nullptr, bound))
+      if (DAE_IsElement(child, "instance_material") && !BindMaterial(context, child, node, mesh, *slotIndex, bound))
         return false;
   }
   if (complete) PlaceBoundTextures(context, bound, mesh);

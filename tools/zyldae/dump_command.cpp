@@ -16,19 +16,20 @@ struct DumpOptions {
   bool brief = false;
 };
 
+// Each dump is written as the scene is walked, straight to standard output: nothing of it is
+// held in memory.
 int RunDump(const DumpOptions& options) {
   ReadTally tally;
-  Json dumps = Json::array();
+  JsonStreamWriter writer(std::cout);
+  const bool several = options.files.size() != 1;
+  if (several) writer.BeginArray(false);
   int status = ReadEach(
       options.files, options.settings,
-      [&](const std::string& name, const ReadResult& read) {
-        dumps.push_back(DumpRead(read, name.c_str(), options.brief));
-      },
+      [&](const std::string& name, const ReadResult& read) { DumpRead(read, name.c_str(), options.brief, writer); },
       tally);
-  if (options.files.size() == 1) {
-    if (!dumps.empty()) WriteJson(std::cout, dumps[0]);
-  } else {
-    WriteJson(std::cout, dumps);
+  if (several) {
+    writer.EndArray();
+    writer.Flush();
     std::cerr << TallyLine(tally) << '\n';
   }
   return status;

@@ -1,28 +1,19 @@
 #include "tools/zyldae/scene_dump.h"
 
-#include "tools/zyldae/scene_objects.h"
-
+#include <cmath>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
+
+#include "tools/zyldae/json_value_builder.h"
+#include "tools/zyldae/scene_objects.h"
 
 namespace zyldae {
 
 using namespace zylsdk;
 
 namespace {
-
-Json Text(const KString& text) { return text.Std(); }
-
-Json Vector(const KZylVector4& v) { return Json::array({Number(v[0]), Number(v[1]), Number(v[2]), Number(v[3])}); }
-Json Vector(const KZylVector2& v) { return Json::array({Number(v[0]), Number(v[1])}); }
-Json Color(const KZylColor& c) { return Json::array({Number(c.mRed), Number(c.mGreen), Number(c.mBlue), Number(c.mAlpha)}); }
-Json Matrix(const KZylMatrix& m) {
-  Json values = Json::array();
-  for (int r = 0; r < 4; ++r)
-    for (int c = 0; c < 4; ++c) values.push_back(Number(m.mData[r][c]));
-  return values;
-}
-Json Ticks(KTime time) { return time.Get(); }
 
 const char* AttributeTypeName(int type) {
   static const char* const kNames[] = {"unidentified", "null", "marker", "skeleton", "mesh",
@@ -34,371 +25,705 @@ const char* const kCurveNames[KZylTakeNode::eChannelCount] = {
     "T.X", "T.Y", "T.Z", "R.X", "R.Y", "R.Z", "S.X", "S.Y", "S.Z",
     "Color.R", "Color.G", "Color.B", "Intensity", "ConeAngle", "FieldOfView"};
 
-class SceneDumper {
+// For keys that may repeat: the position of the last entry of each key, in the order of each
+// key's first entry. A JSON object keeps a repeated key in its first place with its last value.
+std::vector<size_t> LastOfEachKey(const std::vector<std::string>& keys) {
+  std::unordered_map<std::string, size_t> slotOfKey;
+  std::vector<size_t> chosen;
+  for (size_t i = 0; i < keys.size(); ++i) {
+    auto [slot, isNew] = slotOfKey.emplace(keys[i], chosen.size());
+    if (isNew) chosen.push_back(i);
+    else chosen[slot->second] = i;
+  }
+  return chosen;
+}
+
+// Tells the sink what a read holds, in the dump's order.
+class DumpWalker {
  public:
-  SceneDumper(const KZylScene& scene, bool brief) : mScene(scene), mBrief(brief), mIds(scene) {
-    for (KZylNode* node : SceneObjects::AllNodes(scene)) mSceneNodes.insert(node);
+  DumpWalker(JsonSink& out, bool brief) : mOut(out), mBrief(brief) {}
+
+  void Read(const ReadResult& read, const KString& file) {
+    mOut.BeginObject();
+    Key("dump");
+    mOut.Integer(kDumpVersion);
+    Key("file");
+    Text(file);
+    Key("ok");
+    mOut.Bool(read.ok);
+    Key("lastError");
+    mOut.BeginObject();
+    Key("id");
+    mOut.Integer(read.lastErrorId);
+    Key("text");
+    Text(read.lastErrorText);
+    mOut.EndObject();
+    Key("errorText");
+    Text(read.errorText);
+    Key("notifications");
+    mOut.BeginArray(false);
+    for (const auto& detail : read.notifications) {
+      mOut.BeginObject();
+      Key("code");
+      mOut.Integer(detail.code);
+      Key("text");
+      Text(detail.text);
+      Key("line");
+      mOut.Integer(detail.location.line);
+      Key("element");
+      Text(detail.location.element);
+      mOut.EndObject();
+    }
+    mOut.EndArray();
+    Key("scene");
+    if (read.scene) Scene(*read.scene);
+    else mOut.Null();
+    mOut.EndObject();
   }
 
-  Json Dump() {
-    Json json;
-    const KZylAxisSystem& axes = mScene.GetGlobalSettings().GetAxisSystem();
-    json["axisSystem"] = {{"up", axes.GetUpVector()}, {"front", axes.GetFrontVector()}, {"coordSystem", axes.GetCoorSystem()}};
-    json["systemUnit"] = Number(mScene.GetGlobalSettings().GetSystemUnit().GetScaleFactor());
-    json["ambientColor"] = Color(mScene.GetGlobalLightSettings().GetAmbientColor());
-    json["sceneInfo"] = SceneInfo(mScene.GetSceneInfo());
-    json["currentTake"] = Text(mScene.GetCurrentTakeName());
-    json["takes"] = Json::array();
-    for (int i = 0; i < mScene.GetTakeCount(); ++i) json["takes"].push_back(Take(*mScene.GetTakeInfo(i)));
-    json["root"] = mScene.GetRootNode() ? Node(*mScene.GetRootNode(), KZylXMatrix()) : Json(nullptr);
-    json["poses"] = Json::array();
-    for (int i = 0; i < mScene.GetPoseCount(); ++i) json["poses"].push_back(Pose(*mScene.GetPose(i)));
-    json["materials"] = Json::array();
-    for (const KZylSurfaceMaterial* material : mIds.Materials()) json["materials"].push_back(Material(*material));
-    json["textures"] = Json::array();
-    for (const KZylTexture* texture : mIds.Textures()) json["textures"].push_back(Texture(*texture));
-    return json;
+  void Scene(const KZylScene& scene) {
+    const SceneObjects ids(scene);
+    mIds = &ids;
+    mSceneNodes.clear();
+    for (KZylNode* node : SceneObjects::AllNodes(scene)) mSceneNodes.insert(node);
+
+    mOut.BeginObject();
+    const KZylAxisSystem& axes = scene.GetGlobalSettings().GetAxisSystem();
+    Key("axisSystem");
+    mOut.BeginObject();
+    Key("up");
+    mOut.Integer(axes.GetUpVector());
+    Key("front");
+    mOut.Integer(axes.GetFrontVector());
+    Key("coordSystem");
+    mOut.Integer(axes.GetCoorSystem());
+    mOut.EndObject();
+    Key("systemUnit");
+    Number(scene.GetGlobalSettings().GetSystemUnit().GetScaleFactor());
+    Key("ambientColor");
+    Color(scene.GetGlobalLightSettings().GetAmbientColor());
+    Key("sceneInfo");
+    SceneInfo(scene.GetSceneInfo());
+    Key("currentTake");
+    Text(scene.GetCurrentTakeName());
+    Key("takes");
+    mOut.BeginArray(false);
+    for (int i = 0; i < scene.GetTakeCount(); ++i) Take(*scene.GetTakeInfo(i));
+    mOut.EndArray();
+    Key("root");
+    if (scene.GetRootNode()) Node(*scene.GetRootNode(), KZylXMatrix());
+    else mOut.Null();
+    Key("poses");
+    mOut.BeginArray(false);
+    for (int i = 0; i < scene.GetPoseCount(); ++i) Pose(*scene.GetPose(i));
+    mOut.EndArray();
+    Key("materials");
+    mOut.BeginArray(false);
+    for (const KZylSurfaceMaterial* material : ids.Materials()) Material(*material);
+    mOut.EndArray();
+    Key("textures");
+    mOut.BeginArray(false);
+    for (const KZylTexture* texture : ids.Textures()) Texture(*texture);
+    mOut.EndArray();
+    mOut.EndObject();
+    mIds = nullptr;
   }
 
  private:
-  static Json SceneInfo(const KZylSceneInfo* info) {
-    if (!info) return nullptr;
-    return {{"author", Text(info->mAuthor)},     {"title", Text(info->mTitle)},
-            {"subject", Text(info->mSubject)},   {"keywords", Text(info->mKeywords)},
-            {"revision", Text(info->mRevision)}, {"comment", Text(info->mComment)}};
+  void Key(const std::string& key) { mOut.Key(key); }
+  void Text(const KString& text) { mOut.String(text.Std()); }
+  // A number as the dump writes it: a JSON number when finite, else its text.
+  void Number(double value) {
+    if (std::isfinite(value)) mOut.Double(value);
+    else mOut.String(NonFiniteText(value));
+  }
+  // A short list of numbers: on one line unless one of them is written as a text.
+  void Numbers(const double* values, size_t count) {
+    bool allFinite = true;
+    for (size_t i = 0; i < count; ++i) allFinite = allFinite && std::isfinite(values[i]);
+    mOut.BeginArray(allFinite);
+    for (size_t i = 0; i < count; ++i) Number(values[i]);
+    mOut.EndArray();
+  }
+  template <class Integers>
+  void IntegerList(const Integers& values) {
+    mOut.BeginArray(true);
+    for (auto value : values) mOut.Integer(value);
+    mOut.EndArray();
+  }
+  void Vector(const KZylVector4& v) {
+    const double values[] = {v[0], v[1], v[2], v[3]};
+    Numbers(values, 4);
+  }
+  void Vector(const KZylVector2& v) {
+    const double values[] = {v[0], v[1]};
+    Numbers(values, 2);
+  }
+  void Color(const KZylColor& c) {
+    const double values[] = {c.mRed, c.mGreen, c.mBlue, c.mAlpha};
+    Numbers(values, 4);
+  }
+  void Matrix(const KZylMatrix& m) {
+    double values[16];
+    for (int r = 0; r < 4; ++r)
+      for (int c = 0; c < 4; ++c) values[r * 4 + c] = m.mData[r][c];
+    Numbers(values, 16);
+  }
+  // A material's or texture's uid; null for a null reference.
+  void UidOf(const KZylObject* object) {
+    const int uid = mIds->Uid(object);
+    if (uid > 0) mOut.Integer(uid);
+    else mOut.Null();
   }
 
-  static Json Span(const KTimeSpan& span) {
-    return {{"start", Number(span.GetStart().GetSecondDouble())},
-            {"stop", Number(span.GetStop().GetSecondDouble())},
-            {"startTicks", Ticks(span.GetStart())},
-            {"stopTicks", Ticks(span.GetStop())}};
+  void SceneInfo(const KZylSceneInfo* info) {
+    if (!info) return mOut.Null();
+    mOut.BeginObject();
+    Key("author");
+    Text(info->mAuthor);
+    Key("title");
+    Text(info->mTitle);
+    Key("subject");
+    Text(info->mSubject);
+    Key("keywords");
+    Text(info->mKeywords);
+    Key("revision");
+    Text(info->mRevision);
+    Key("comment");
+    Text(info->mComment);
+    mOut.EndObject();
   }
 
-  static Json Take(const KZylTakeInfo& take) {
-    return {{"name", Text(take.mName)},
-            {"localTimeSpan", Span(take.mLocalTimeSpan)},
-            {"referenceTimeSpan", Span(take.mReferenceTimeSpan)}};
+  void Span(const KTimeSpan& span) {
+    mOut.BeginObject();
+    Key("start");
+    Number(span.GetStart().GetSecondDouble());
+    Key("stop");
+    Number(span.GetStop().GetSecondDouble());
+    Key("startTicks");
+    mOut.Integer(span.GetStart().Get());
+    Key("stopTicks");
+    mOut.Integer(span.GetStop().Get());
+    mOut.EndObject();
+  }
+
+  void Take(const KZylTakeInfo& take) {
+    mOut.BeginObject();
+    Key("name");
+    Text(take.mName);
+    Key("localTimeSpan");
+    Span(take.mLocalTimeSpan);
+    Key("referenceTimeSpan");
+    Span(take.mReferenceTimeSpan);
+    mOut.EndObject();
   }
 
   // `parentGlobal` is the parent's global matrix, passed down so that deep hierarchies cost
   // one matrix product per node.
-  Json Node(const KZylNode& node, const KZylXMatrix& parentGlobal) {
+  void Node(const KZylNode& node, const KZylXMatrix& parentGlobal) {
     KZylXMatrix global = node.GetLocalFromDefaultTake(eSourcePivot);
     if (node.GetParent()) global = global * parentGlobal;
-    Json json;
-    json["name"] = Text(node.GetName());
-    json["inheritType"] = static_cast<int>(node.GetTransformationInheritType());
-    json["rotationOrder"] = static_cast<int>(node.GetRotationOrder(eSourcePivot));
-    json["rotationActive"] = node.GetRotationActive(eSourcePivot);
-    json["shadingMode"] = static_cast<int>(node.GetShadingMode());
-    json["translation"] = Vector(node.GetDefaultT());
-    json["rotation"] = Vector(node.GetDefaultR());
-    json["scaling"] = Vector(node.GetDefaultS());
-    json["preRotation"] = Vector(node.GetPreRotation(eSourcePivot));
-    json["postRotation"] = Vector(node.GetPostRotation(eSourcePivot));
-    json["rotationPivot"] = Vector(node.GetRotationPivot(eSourcePivot));
-    json["scalingPivot"] = Vector(node.GetScalingPivot(eSourcePivot));
-    json["rotationOffset"] = Vector(node.GetRotationOffset(eSourcePivot));
-    json["scalingOffset"] = Vector(node.GetScalingOffset(eSourcePivot));
-    json["globalMatrix"] = Matrix(global);
-    json["materials"] = Json::array();
+    mOut.BeginObject();
+    Key("name");
+    Text(node.GetName());
+    Key("inheritType");
+    mOut.Integer(static_cast<int>(node.GetTransformationInheritType()));
+    Key("rotationOrder");
+    mOut.Integer(static_cast<int>(node.GetRotationOrder(eSourcePivot)));
+    Key("rotationActive");
+    mOut.Bool(node.GetRotationActive(eSourcePivot));
+    Key("shadingMode");
+    mOut.Integer(static_cast<int>(node.GetShadingMode()));
+    Key("translation");
+    Vector(node.GetDefaultT());
+    Key("rotation");
+    Vector(node.GetDefaultR());
+    Key("scaling");
+    Vector(node.GetDefaultS());
+    Key("preRotation");
+    Vector(node.GetPreRotation(eSourcePivot));
+    Key("postRotation");
+    Vector(node.GetPostRotation(eSourcePivot));
+    Key("rotationPivot");
+    Vector(node.GetRotationPivot(eSourcePivot));
+    Key("scalingPivot");
+    Vector(node.GetScalingPivot(eSourcePivot));
+    Key("rotationOffset");
+    Vector(node.GetRotationOffset(eSourcePivot));
+    Key("scalingOffset");
+    Vector(node.GetScalingOffset(eSourcePivot));
+    Key("globalMatrix");
+    Matrix(global);
+    Key("materials");
+    mOut.BeginArray(true);
     for (int i = 0; i < node.GetSrcObjectCount(KZylSurfaceMaterial::ClassId); ++i)
-      json["materials"].push_back(UidOf(node.GetSrcObject(KZylSurfaceMaterial::ClassId, i)));
-    json["attribute"] = Attribute(node.GetNodeAttribute());
-    json["takes"] = Takes(node);
-    json["children"] = Json::array();
-    for (int i = 0; i < node.GetChildCount(); ++i) json["children"].push_back(Node(*node.GetChild(i), global));
-    return json;
+      UidOf(node.GetSrcObject(KZylSurfaceMaterial::ClassId, i));
+    mOut.EndArray();
+    Key("attribute");
+    Attribute(node.GetNodeAttribute());
+    Key("takes");
+    Takes(node);
+    Key("children");
+    mOut.BeginArray(false);
+    for (int i = 0; i < node.GetChildCount(); ++i) Node(*node.GetChild(i), global);
+    mOut.EndArray();
+    mOut.EndObject();
   }
 
-  Json Takes(const KZylNode& node) {
-    Json takes = Json::object();
-    const KZylGeometry* geometry = node.GetGeometry();
-    for (int i = 0; i < node.GetTakeNodeCount(); ++i) {
-      const KZylTakeNode* take = node.GetTakeNode(i);
-      Json curves = Json::object();
-      for (int c = 0; c < KZylTakeNode::eChannelCount; ++c) {
-        const KFCurve* curve = take->FindCurve(static_cast<KZylTakeNode::EChannel>(c));
-        if (curve && curve->KeyGetCount() > 0) curves[kCurveNames[c]] = Curve(*curve);
+  void Takes(const KZylNode& node) {
+    std::vector<std::string> names;
+    for (int i = 0; i < node.GetTakeNodeCount(); ++i) names.push_back(node.GetTakeNode(i)->GetName().Std());
+    mOut.BeginObject();
+    for (size_t i : LastOfEachKey(names)) {
+      Key(names[i]);
+      Curves(node, *node.GetTakeNode(static_cast<int>(i)));
+    }
+    mOut.EndObject();
+  }
+
+  void Curves(const KZylNode& node, const KZylTakeNode& take) {
+    mOut.BeginObject();
+    for (int c = 0; c < KZylTakeNode::eChannelCount; ++c) {
+      const KFCurve* curve = take.FindCurve(static_cast<KZylTakeNode::EChannel>(c));
+      if (!curve || curve->KeyGetCount() == 0) continue;
+      Key(kCurveNames[c]);
+      Curve(*curve);
+    }
+    if (const KZylGeometry* geometry = node.GetGeometry()) {
+      for (int s = 0; s < geometry->GetShapeCount(); ++s) {
+        const KFCurve* curve = take.FindShapeChannel(geometry, s);
+        if (!curve || curve->KeyGetCount() == 0) continue;
+        Key("Shape." + std::to_string(s));
+        Curve(*curve);
       }
-      if (geometry) {
-        for (int s = 0; s < geometry->GetShapeCount(); ++s) {
-          const KFCurve* curve = take->FindShapeChannel(geometry, s);
-          if (curve && curve->KeyGetCount() > 0) curves["Shape." + std::to_string(s)] = Curve(*curve);
-        }
-      }
-      takes[take->GetName().Std()] = curves;
     }
-    return takes;
+    mOut.EndObject();
   }
 
-  Json Curve(const KFCurve& curve) {
-    Json json;
-    json["keyCount"] = curve.KeyGetCount();
-    if (mBrief) return json;
-    json["keys"] = Json::array();
-    for (int k = 0; k < curve.KeyGetCount(); ++k) {
-      const KFCurveKey& key = curve.KeyGet(k);
-      json["keys"].push_back({{"time", Number(key.time.GetSecondDouble())},
-                              {"value", Number(key.value)},
-                              {"interpolation", key.interpolation},
-                              {"tangentMode", key.tangentMode},
-                              {"leftDerivative", Number(key.leftDerivative)},
-                              {"rightDerivative", Number(key.rightDerivative)},
-                              {"leftWeight", Number(key.leftWeight)},
-                              {"rightWeight", Number(key.rightWeight)},
-                              {"break", key.isBreak}});
-    }
-    return json;
-  }
-
-  Json Attribute(const KZylNodeAttribute* attribute) {
-    if (!attribute) return nullptr;
-    int type = attribute->GetAttributeType();
-    Json json;
-    json["type"] = AttributeTypeName(type);
-    json["typeId"] = type;
-    json["name"] = Text(attribute->GetName());
-    if (attribute->Is(KZylSkeleton::ClassId)) {
-      json["skeletonType"] = static_cast<int>(static_cast<const KZylSkeleton*>(attribute)->GetSkeletonType());
-    } else if (attribute->Is(KZylCamera::ClassId)) {
-      Camera(static_cast<const KZylCamera&>(*attribute), json);
-    } else if (attribute->Is(KZylLight::ClassId)) {
-      const KZylLight& light = static_cast<const KZylLight&>(*attribute);
-      json["lightType"] = static_cast<int>(light.GetLightType());
-      json["color"] = Color(light.GetDefaultColor());
-      json["intensity"] = Number(light.GetDefaultIntensity());
-      json["coneAngle"] = Number(light.GetDefaultConeAngle());
-      json["fog"] = Number(light.GetDefaultFog());
-    } else if (attribute->Is(KZylMesh::ClassId)) {
-      Mesh(static_cast<const KZylMesh&>(*attribute), json);
-    }
-    return json;
-  }
-
-  static void Camera(const KZylCamera& camera, Json& json) {
-    json["projection"] = static_cast<int>(camera.GetProjectionType());
-    json["fieldOfView"] = Number(camera.GetDefaultFieldOfView());
-    json["apertureMode"] = static_cast<int>(camera.GetApertureMode());
-    json["aspect"] = {{"mode", static_cast<int>(camera.GetAspectRatioMode())},
-                      {"width", Number(camera.GetAspectWidth())},
-                      {"height", Number(camera.GetAspectHeight())}};
-    json["nearPlane"] = Number(camera.GetNearPlane());
-    json["farPlane"] = Number(camera.GetFarPlane());
-    json["orthoZoom"] = Number(camera.GetOrthoZoom());
-    json["position"] = Vector(camera.GetPosition());
-    json["interestPosition"] = Vector(camera.GetDefaultCameraInterestPosition());
-    json["upVector"] = Vector(camera.GetUpVector());
-    json["focusDistanceSource"] = static_cast<int>(camera.GetFocusDistanceSource());
-    json["specificDistance"] = Number(camera.GetSpecificDistance());
-    json["apertureWidth"] = Number(camera.GetApertureWidth());
-    json["apertureHeight"] = Number(camera.GetApertureHeight());
-    json["squeezeRatio"] = Number(camera.GetSqueezeRatio());
-    json["apertureFormat"] = camera.GetApertureFormat();
-    json["format"] = camera.GetFormat();
-  }
-
-  Json ControlPoints(const KZylGeometryBase& geometry) {
-    Json points = Json::array();
-    for (const KZylVector4& point : geometry.GetControlPoints()) points.push_back(Vector(point));
-    return points;
-  }
-
-  void Mesh(const KZylMesh& mesh, Json& json) {
-    json["controlPointCount"] = mesh.GetControlPointsCount();
-    json["polygonCount"] = mesh.GetPolygonCount();
-    json["polygonVertexCount"] = mesh.GetPolygonVertexCount();
+  void Curve(const KFCurve& curve) {
+    mOut.BeginObject();
+    Key("keyCount");
+    mOut.Integer(curve.KeyGetCount());
     if (!mBrief) {
-      json["controlPoints"] = ControlPoints(mesh);
-      Json polygons = Json::array();
-      for (int p = 0; p < mesh.GetPolygonCount(); ++p) {
-        Json vertices = Json::array();
-        for (int v = 0; v < mesh.GetPolygonSize(p); ++v) vertices.push_back(mesh.GetPolygonVertex(p, v));
-        polygons.push_back({{"vertices", vertices},
-                            {"material", mesh.GetPolygonMaterial(p)},
-                            {"texture", mesh.GetPolygonTexture(p)},
-                            {"group", mesh.GetPolygonGroup(p)}});
-      }
-      json["polygons"] = polygons;
+      Key("keys");
+      mOut.BeginArray(false);
+      for (int k = 0; k < curve.KeyGetCount(); ++k) CurveKey(curve.KeyGet(k));
+      mOut.EndArray();
     }
-    json["layers"] = Json::array();
-    for (int i = 0; i < mesh.GetLayerCount(); ++i) json["layers"].push_back(Layer(*mesh.GetLayer(i)));
-    json["skins"] = Json::array();
+    mOut.EndObject();
+  }
+
+  void CurveKey(const KFCurveKey& key) {
+    mOut.BeginObject();
+    Key("time");
+    Number(key.time.GetSecondDouble());
+    Key("value");
+    Number(key.value);
+    Key("interpolation");
+    mOut.Integer(key.interpolation);
+    Key("tangentMode");
+    mOut.Integer(key.tangentMode);
+    Key("leftDerivative");
+    Number(key.leftDerivative);
+    Key("rightDerivative");
+    Number(key.rightDerivative);
+    Key("leftWeight");
+    Number(key.leftWeight);
+    Key("rightWeight");
+    Number(key.rightWeight);
+    Key("break");
+    mOut.Bool(key.isBreak);
+    mOut.EndObject();
+  }
+
+  void Attribute(const KZylNodeAttribute* attribute) {
+    if (!attribute) return mOut.Null();
+    const int type = attribute->GetAttributeType();
+    mOut.BeginObject();
+    Key("type");
+    mOut.String(AttributeTypeName(type));
+    Key("typeId");
+    mOut.Integer(type);
+    Key("name");
+    Text(attribute->GetName());
+    if (attribute->Is(KZylSkeleton::ClassId)) {
+      Key("skeletonType");
+      mOut.Integer(static_cast<int>(static_cast<const KZylSkeleton*>(attribute)->GetSkeletonType()));
+    } else if (attribute->Is(KZylCamera::ClassId)) {
+      Camera(static_cast<const KZylCamera&>(*attribute));
+    } else if (attribute->Is(KZylLight::ClassId)) {
+      Light(static_cast<const KZylLight&>(*attribute));
+    } else if (attribute->Is(KZylMesh::ClassId)) {
+      Mesh(static_cast<const KZylMesh&>(*attribute));
+    }
+    mOut.EndObject();
+  }
+
+  void Light(const KZylLight& light) {
+    Key("lightType");
+    mOut.Integer(static_cast<int>(light.GetLightType()));
+    Key("color");
+    Color(light.GetDefaultColor());
+    Key("intensity");
+    Number(light.GetDefaultIntensity());
+    Key("coneAngle");
+    Number(light.GetDefaultConeAngle());
+    Key("fog");
+    Number(light.GetDefaultFog());
+  }
+
+  void Camera(const KZylCamera& camera) {
+    Key("projection");
+    mOut.Integer(static_cast<int>(camera.GetProjectionType()));
+    Key("fieldOfView");
+    Number(camera.GetDefaultFieldOfView());
+    Key("apertureMode");
+    mOut.Integer(static_cast<int>(camera.GetApertureMode()));
+    Key("aspect");
+    mOut.BeginObject();
+    Key("mode");
+    mOut.Integer(static_cast<int>(camera.GetAspectRatioMode()));
+    Key("width");
+    Number(camera.GetAspectWidth());
+    Key("height");
+    Number(camera.GetAspectHeight());
+    mOut.EndObject();
+    Key("nearPlane");
+    Number(camera.GetNearPlane());
+    Key("farPlane");
+    Number(camera.GetFarPlane());
+    Key("orthoZoom");
+    Number(camera.GetOrthoZoom());
+    Key("position");
+    Vector(camera.GetPosition());
+    Key("interestPosition");
+    Vector(camera.GetDefaultCameraInterestPosition());
+    Key("upVector");
+    Vector(camera.GetUpVector());
+    Key("focusDistanceSource");
+    mOut.Integer(static_cast<int>(camera.GetFocusDistanceSource()));
+    Key("specificDistance");
+    Number(camera.GetSpecificDistance());
+    Key("apertureWidth");
+    Number(camera.GetApertureWidth());
+    Key("apertureHeight");
+    Number(camera.GetApertureHeight());
+    Key("squeezeRatio");
+    Number(camera.GetSqueezeRatio());
+    Key("apertureFormat");
+    mOut.Integer(camera.GetApertureFormat());
+    Key("format");
+    mOut.Integer(camera.GetFormat());
+  }
+
+  void ControlPoints(const KZylGeometryBase& geometry) {
+    mOut.BeginArray(false);
+    for (const KZylVector4& point : geometry.GetControlPoints()) Vector(point);
+    mOut.EndArray();
+  }
+
+  void Polygons(const KZylMesh& mesh) {
+    mOut.BeginArray(false);
+    for (int p = 0; p < mesh.GetPolygonCount(); ++p) {
+      mOut.BeginObject();
+      Key("vertices");
+      mOut.BeginArray(true);
+      for (int v = 0; v < mesh.GetPolygonSize(p); ++v) mOut.Integer(mesh.GetPolygonVertex(p, v));
+      mOut.EndArray();
+      Key("material");
+      mOut.Integer(mesh.GetPolygonMaterial(p));
+      Key("texture");
+      mOut.Integer(mesh.GetPolygonTexture(p));
+      Key("group");
+      mOut.Integer(mesh.GetPolygonGroup(p));
+      mOut.EndObject();
+    }
+    mOut.EndArray();
+  }
+
+  void Mesh(const KZylMesh& mesh) {
+    Key("controlPointCount");
+    mOut.Integer(mesh.GetControlPointsCount());
+    Key("polygonCount");
+    mOut.Integer(mesh.GetPolygonCount());
+    Key("polygonVertexCount");
+    mOut.Integer(mesh.GetPolygonVertexCount());
+    if (!mBrief) {
+      Key("controlPoints");
+      ControlPoints(mesh);
+      Key("polygons");
+      Polygons(mesh);
+    }
+    Key("layers");
+    mOut.BeginArray(false);
+    for (int i = 0; i < mesh.GetLayerCount(); ++i) Layer(*mesh.GetLayer(i));
+    mOut.EndArray();
+    Key("skins");
+    mOut.BeginArray(false);
     for (int d = 0; d < mesh.GetDeformerCount(KZylDeformer::eSkin); ++d) {
       const KZylSkin* skin = static_cast<const KZylSkin*>(mesh.GetDeformer(d, KZylDeformer::eSkin));
-      Json clusters = Json::array();
-      for (int c = 0; c < skin->GetClusterCount(); ++c) clusters.push_back(Cluster(*skin->GetCluster(c)));
-      json["skins"].push_back({{"clusters", clusters}});
+      mOut.BeginObject();
+      Key("clusters");
+      mOut.BeginArray(false);
+      for (int c = 0; c < skin->GetClusterCount(); ++c) Cluster(*skin->GetCluster(c));
+      mOut.EndArray();
+      mOut.EndObject();
     }
-    json["shapes"] = Json::array();
-    for (int s = 0; s < mesh.GetShapeCount(); ++s) {
-      const KZylShape* shape = mesh.GetShape(s);
-      KZylProperty weight = mesh.FindProperty(mesh.GetShapeName(s));
-      Json entry;
-      entry["name"] = Text(mesh.GetShapeName(s));
-      entry["index"] = s;
-      entry["weight"] = weight.IsValid() ? Number(weight.GetDouble()) : Json(nullptr);
-      entry["controlPointCount"] = shape->GetControlPointsCount();
-      if (!mBrief) entry["controlPoints"] = ControlPoints(*shape);
-      entry["normals"] = shape->GetNormals() ? Element(*shape->GetNormals(), Vectors(*shape->GetNormals())) : Json(nullptr);
-      json["shapes"].push_back(entry);
-    }
+    mOut.EndArray();
+    Key("shapes");
+    mOut.BeginArray(false);
+    for (int s = 0; s < mesh.GetShapeCount(); ++s) Shape(mesh, s);
+    mOut.EndArray();
   }
 
-  template <class E>
-  static Json Vectors(const E& element) {
-    Json values = Json::array();
-    for (const auto& value : element.GetDirectArray()) values.push_back(Vector(value));
-    return values;
-  }
-
-  template <class E>
-  Json Uids(const E& element) const {
-    Json values = Json::array();
-    for (const auto* object : element.GetDirectArray()) values.push_back(UidOf(object));
-    return values;
-  }
-
-  Json Element(const KZylLayerElement& element, Json direct, int directCount = -1) const {
-    Json json;
-    json["name"] = Text(element.GetName());
-    json["mapping"] = static_cast<int>(element.GetMappingMode());
-    json["reference"] = static_cast<int>(element.GetReferenceMode());
-    json["directCount"] = directCount >= 0 ? directCount : static_cast<int>(direct.size());
-    json["indexCount"] = element.GetIndexArray().GetCount();
+  void Shape(const KZylMesh& mesh, int s) {
+    const KZylShape* shape = mesh.GetShape(s);
+    KZylProperty weight = mesh.FindProperty(mesh.GetShapeName(s));
+    mOut.BeginObject();
+    Key("name");
+    Text(mesh.GetShapeName(s));
+    Key("index");
+    mOut.Integer(s);
+    Key("weight");
+    if (weight.IsValid()) Number(weight.GetDouble());
+    else mOut.Null();
+    Key("controlPointCount");
+    mOut.Integer(shape->GetControlPointsCount());
     if (!mBrief) {
-      json["direct"] = std::move(direct);
-      json["index"] = element.GetIndexArray().Std();
+      Key("controlPoints");
+      ControlPoints(*shape);
     }
-    return json;
+    Key("normals");
+    if (const KZylLayerElementNormal* normals = shape->GetNormals()) Element(*normals, [&] { Vectors(*normals); });
+    else mOut.Null();
+    mOut.EndObject();
   }
 
-  Json Layer(const KZylLayer& layer) {
-    Json json = Json::object();
-    if (const auto* normals = layer.GetNormals()) json["normals"] = Element(*normals, Vectors(*normals));
+  template <class E>
+  void Vectors(const E& element) {
+    mOut.BeginArray(false);
+    for (const auto& value : element.GetDirectArray()) Vector(value);
+    mOut.EndArray();
+  }
+
+  template <class E>
+  void Uids(const E& element) {
+    mOut.BeginArray(true);
+    for (const auto* object : element.GetDirectArray()) UidOf(object);
+    mOut.EndArray();
+  }
+
+  // A layer element, its values told by `direct` unless the dump is brief.
+  template <class E, class TellDirect>
+  void Element(const E& element, TellDirect direct) {
+    mOut.BeginObject();
+    ElementMembers(element, direct);
+    mOut.EndObject();
+  }
+
+  template <class E, class TellDirect>
+  void ElementMembers(const E& element, TellDirect direct) {
+    Key("name");
+    Text(element.GetName());
+    Key("mapping");
+    mOut.Integer(static_cast<int>(element.GetMappingMode()));
+    Key("reference");
+    mOut.Integer(static_cast<int>(element.GetReferenceMode()));
+    Key("directCount");
+    mOut.Integer(element.GetDirectArray().GetCount());
+    Key("indexCount");
+    mOut.Integer(element.GetIndexArray().GetCount());
+    if (!mBrief) {
+      Key("direct");
+      direct();
+      Key("index");
+      IntegerList(element.GetIndexArray());
+    }
+  }
+
+  void Layer(const KZylLayer& layer) {
+    mOut.BeginObject();
+    if (const auto* normals = layer.GetNormals()) {
+      Key("normals");
+      Element(*normals, [&] { Vectors(*normals); });
+    }
     if (const auto* colors = layer.GetVertexColors()) {
-      Json values = Json::array();
-      for (const KZylColor& color : colors->GetDirectArray()) values.push_back(Color(color));
-      json["vertexColors"] = Element(*colors, values);
+      Key("vertexColors");
+      Element(*colors, [&] {
+        mOut.BeginArray(false);
+        for (const KZylColor& color : colors->GetDirectArray()) Color(color);
+        mOut.EndArray();
+      });
     }
-    if (const auto* materials = layer.GetMaterials()) json["materials"] = Element(*materials, Uids(*materials));
-    Json uvs = Json::object();
-    for (auto channel : layer.GetUVChannels())
-      uvs[std::to_string(channel)] = Element(*layer.GetUVs(channel), Vectors(*layer.GetUVs(channel)));
-    if (!uvs.empty()) json["uvs"] = uvs;
-    Json textures = Json::object();
-    for (auto channel : layer.GetTextureChannels()) {
-      const KZylLayerElementTexture& element = *layer.GetTextures(channel);
-      Json entry = Element(element, Uids(element));
-      entry["blendMode"] = static_cast<int>(element.GetBlendMode());
-      textures[std::to_string(channel)] = entry;
+    if (const auto* materials = layer.GetMaterials()) {
+      Key("materials");
+      Element(*materials, [&] { Uids(*materials); });
     }
-    if (!textures.empty()) json["textures"] = textures;
-    return json;
+    const auto uvChannels = layer.GetUVChannels();
+    if (!uvChannels.empty()) {
+      Key("uvs");
+      mOut.BeginObject();
+      for (auto channel : uvChannels) {
+        const KZylLayerElementUV& element = *layer.GetUVs(channel);
+        Key(std::to_string(channel));
+        Element(element, [&] { Vectors(element); });
+      }
+      mOut.EndObject();
+    }
+    const auto textureChannels = layer.GetTextureChannels();
+    if (!textureChannels.empty()) {
+      Key("textures");
+      mOut.BeginObject();
+      for (auto channel : textureChannels) {
+        const KZylLayerElementTexture& element = *layer.GetTextures(channel);
+        Key(std::to_string(channel));
+        mOut.BeginObject();
+        ElementMembers(element, [&] { Uids(element); });
+        Key("blendMode");
+        mOut.Integer(static_cast<int>(element.GetBlendMode()));
+        mOut.EndObject();
+      }
+      mOut.EndObject();
+    }
+    mOut.EndObject();
   }
 
-  Json Link(const KZylNode* node) const {
-    if (!node) return nullptr;
-    return {{"name", Text(node->GetName())}, {"inScene", mSceneNodes.count(node) != 0}};
+  void Link(const KZylNode* node) {
+    if (!node) return mOut.Null();
+    mOut.BeginObject();
+    Key("name");
+    Text(node->GetName());
+    Key("inScene");
+    mOut.Bool(mSceneNodes.count(node) != 0);
+    mOut.EndObject();
   }
 
-  Json Cluster(const KZylCluster& cluster) {
-    Json json;
-    json["linkMode"] = static_cast<int>(cluster.GetLinkMode());
-    json["link"] = Link(cluster.GetLink());
-    json["indexCount"] = cluster.GetControlPointIndicesCount();
+  void Cluster(const KZylCluster& cluster) {
+    mOut.BeginObject();
+    Key("linkMode");
+    mOut.Integer(static_cast<int>(cluster.GetLinkMode()));
+    Key("link");
+    Link(cluster.GetLink());
+    Key("indexCount");
+    mOut.Integer(cluster.GetControlPointIndicesCount());
     if (!mBrief) {
-      json["indices"] = cluster.GetControlPointIndices().Std();
-      Json weights = Json::array();
-      for (double weight : cluster.GetControlPointWeights()) weights.push_back(Number(weight));
-      json["weights"] = weights;
+      Key("indices");
+      IntegerList(cluster.GetControlPointIndices());
+      Key("weights");
+      const auto& weights = cluster.GetControlPointWeights();
+      Numbers(weights.GetArray(), static_cast<size_t>(weights.GetCount()));
     }
-    json["transformMatrix"] = Matrix(cluster.GetTransformMatrix());
-    json["transformLinkMatrix"] = Matrix(cluster.GetTransformLinkMatrix());
-    return json;
+    Key("transformMatrix");
+    Matrix(cluster.GetTransformMatrix());
+    Key("transformLinkMatrix");
+    Matrix(cluster.GetTransformLinkMatrix());
+    mOut.EndObject();
   }
 
-  Json Pose(const KZylPose& pose) const {
-    Json entries = Json::array();
+  void Pose(const KZylPose& pose) {
+    mOut.BeginObject();
+    Key("name");
+    Text(pose.GetName());
+    Key("isBindPose");
+    mOut.Bool(pose.IsBindPose());
+    Key("entries");
+    mOut.BeginArray(false);
     for (int i = 0; i < pose.GetCount(); ++i) {
       const KZylNode* node = pose.GetNode(i);
-      entries.push_back({{"node", node ? Text(node->GetName()) : Json(nullptr)},
-                         {"inScene", node && mSceneNodes.count(node) != 0},
-                         {"matrix", Matrix(pose.GetMatrix(i))}});
+      mOut.BeginObject();
+      Key("node");
+      if (node) Text(node->GetName());
+      else mOut.Null();
+      Key("inScene");
+      mOut.Bool(node && mSceneNodes.count(node) != 0);
+      Key("matrix");
+      Matrix(pose.GetMatrix(i));
+      mOut.EndObject();
     }
-    return {{"name", Text(pose.GetName())}, {"isBindPose", pose.IsBindPose()}, {"entries", entries}};
+    mOut.EndArray();
+    mOut.EndObject();
   }
 
-  Json Material(const KZylSurfaceMaterial& material) const {
+  void Material(const KZylSurfaceMaterial& material) {
     const char* kind = material.Is(KZylSurfacePhong::ClassId)     ? "phong"
                        : material.Is(KZylSurfaceLambert::ClassId) ? "lambert"
                                                                   : "surface";
-    Json properties = Json::object();
-    for (int i = 0; i < material.GetPropertyCount(); ++i) {
-      KZylProperty property = material.GetProperty(i);
+    mOut.BeginObject();
+    Key("uid");
+    mOut.Integer(mIds->Uid(&material));
+    Key("name");
+    Text(material.GetName());
+    Key("class");
+    mOut.String(kind);
+    Key("shadingModel");
+    Text(material.GetShadingModel().GetString());
+    Key("properties");
+    Properties(material);
+    mOut.EndObject();
+  }
+
+  void Properties(const KZylSurfaceMaterial& material) {
+    std::vector<std::string> names;
+    for (int i = 0; i < material.GetPropertyCount(); ++i) names.push_back(material.GetProperty(i).GetName().Std());
+    mOut.BeginObject();
+    for (size_t i : LastOfEachKey(names)) {
+      KZylProperty property = material.GetProperty(static_cast<int>(i));
+      Key(names[i]);
       if (property.GetPropertyDataType() == eZylString) {
-        properties[property.GetName().Std()] = Text(property.GetString());
+        Text(property.GetString());
         continue;
       }
-      std::vector<double> numbers = property.GetNumbers();
-      if (numbers.size() == 1) {
-        properties[property.GetName().Std()] = Number(numbers[0]);
-      } else {
-        Json values = Json::array();
-        for (double n : numbers) values.push_back(Number(n));
-        properties[property.GetName().Std()] = values;
-      }
+      const std::vector<double> numbers = property.GetNumbers();
+      if (numbers.size() == 1) Number(numbers[0]);
+      else Numbers(numbers.data(), numbers.size());
     }
-    return {{"uid", mIds.Uid(&material)},
-            {"name", Text(material.GetName())},
-            {"class", kind},
-            {"shadingModel", Text(material.GetShadingModel().GetString())},
-            {"properties", properties}};
+    mOut.EndObject();
   }
 
-  Json Texture(const KZylTexture& texture) const {
-    return {{"uid", mIds.Uid(&texture)},
-            {"name", Text(texture.GetName())},
-            {"fileName", Text(texture.GetFileName())},
-            {"relativeFileName", Text(texture.GetRelativeFileName())},
-            {"wrapU", static_cast<int>(texture.GetWrapModeU())},
-            {"wrapV", static_cast<int>(texture.GetWrapModeV())},
-            {"blendMode", static_cast<int>(texture.GetBlendMode())},
-            {"materialUse", texture.GetMaterialUse()}};
+  void Texture(const KZylTexture& texture) {
+    mOut.BeginObject();
+    Key("uid");
+    mOut.Integer(mIds->Uid(&texture));
+    Key("name");
+    Text(texture.GetName());
+    Key("fileName");
+    Text(texture.GetFileName());
+    Key("relativeFileName");
+    Text(texture.GetRelativeFileName());
+    Key("wrapU");
+    mOut.Integer(static_cast<int>(texture.GetWrapModeU()));
+    Key("wrapV");
+    mOut.Integer(static_cast<int>(texture.GetWrapModeV()));
+    Key("blendMode");
+    mOut.Integer(static_cast<int>(texture.GetBlendMode()));
+    Key("materialUse");
+    mOut.Integer(texture.GetMaterialUse());
+    mOut.EndObject();
   }
 
-  // A material's or texture's uid; null for a null reference.
-  Json UidOf(const KZylObject* object) const {
-    int uid = mIds.Uid(object);
-    return uid > 0 ? Json(uid) : Json(nullptr);
-  }
-
-  const KZylScene& mScene;
+  JsonSink& mOut;
   bool mBrief;
-  SceneObjects mIds;
+  // The scene's materials and textures with their uids, while a scene is told.
+  const SceneObjects* mIds = nullptr;
   std::unordered_set<const KZylNode*> mSceneNodes;
 };
 
 }  // namespace
 
-Json DumpScene(const KZylScene& scene, bool brief) { return SceneDumper(scene, brief).Dump(); }
+void DumpRead(const ReadResult& read, const KString& file, bool brief, JsonSink& sink) {
+  DumpWalker(sink, brief).Read(read, file);
+}
 
 Json DumpRead(const ReadResult& read, const KString& file, bool brief) {
-  Json json;
-  json["dump"] = kDumpVersion;
-  json["file"] = Text(file);
-  json["ok"] = read.ok;
-  json["lastError"] = {{"id", read.lastErrorId}, {"text", Text(read.lastErrorText)}};
-  json["errorText"] = Text(read.errorText);
-  json["notifications"] = Json::array();
-  for (const auto& detail : read.notifications)
-    json["notifications"].push_back({{"code", detail.code},
-                                     {"text", Text(detail.text)},
-                                     {"line", detail.location.line},
-                                     {"element", Text(detail.location.element)}});
-  json["scene"] = read.scene ? DumpScene(*read.scene, brief) : Json(nullptr);
-  return json;
+  JsonValueBuilder builder;
+  DumpRead(read, file, brief, builder);
+  return std::move(builder.Value());
+}
+
+Json DumpScene(const KZylScene& scene, bool brief) {
+  JsonValueBuilder builder;
+  DumpWalker(builder, brief).Scene(scene);
+  return std::move(builder.Value());
 }
 
 }  // namespace zyldae

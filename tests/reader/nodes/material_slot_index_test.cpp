@@ -1,0 +1,92 @@
+// The index of a mesh's material slots by name, and binding through it: the traditional
+// reading binds the first slot named by the symbol as the slots are at that moment, so a slot
+// already bound answers to its new material's name, among many slots.
+
+#include "reader/nodes/material_slot_index.h"
+#include "tests/reader/nodes/library_objects.h"
+#include "tests/reader/nodes/scene_documents.h"
+#include "tests/support/reader_fixture.h"
+
+namespace {
+
+using namespace zylsdk;
+using zyltest::MutableState;
+
+std::vector<int> Slots(const MaterialSlotIndex& index, const char* name) {
+  const std::set<int>* slots = index.SlotsNamed(name);
+  return slots ? std::vector<int>(slots->begin(), slots->end()) : std::vector<int>();
+}
+
+TEST(MaterialSlotIndexTest, SlotsByNameFollowRebinding) {
+  KZylSdkManager manager;
+  KZylMesh* mesh = zyltest::MakeLibraryMesh(manager, {"a", "b", "a", "c"});
+  MaterialSlotIndex index(*mesh);
+  EXPECT_EQ(Slots(index, "a"), (std::vector<int>{0, 2}));
+  EXPECT_EQ(Slots(index, "c"), (std::vector<int>{3}));
+  EXPECT_EQ(index.SlotsNamed("d"), nullptr);
+
+  KZylSurfaceMaterial* before = mesh->GetLayer(0)->GetMaterials()->GetDirectArray()[0];
+  KZylSurfacePhong* after = KZylSurfacePhong::Create(&manager, "c");
+  index.Rebind(0, before, after);
+  EXPECT_EQ(Slots(index, "a"), (std::vector<int>{2}));
+  EXPECT_EQ(Slots(index, "c"), (std::vector<int>{0, 3}));
+  index.Rebind(2, before, nullptr);
+  EXPECT_EQ(index.SlotsNamed("a"), nullptr);
+}
+
+TEST(MaterialSlotIndexTest, AMeshWithoutMaterialsHasNoSlots) {
+  KZylSdkManager manager;
+  KZylMesh* mesh = KZylMesh::Create(&manager, "");
+  EXPECT_EQ(MaterialSlotIndex(*mesh).SlotsNamed(""), nullptr);
+}
+
+class ManySlotsBindingTest : public zyltest::ReaderTest {
+ protected:
+  static constexpr int kSlots = 40;
+
+  void SetUp() override {
+    std::vector<std::string> symbols;
+    for (int i = 0; i < kSlots; ++i) symbols.push_back("s" + std::to_string(i));
+    symbols.push_back("red");
+    MutableState(*reader).nodeAttributes.Add("geo", static_cast<KZylNodeAttribute*>(zyltest::MakeLibraryMesh(manager, symbols)));
+    red = KZylSurfacePhong::Create(&manager, "red");
+    blue = KZylSurfacePhong::Create(&manager, "blue");
+    MutableState(*reader).materials.Add("red", static_cast<KZylSurfaceMaterial*>(red));
+    MutableState(*reader).materials.Add("blue", static_cast<KZylSurfaceMaterial*>(blue));
+  }
+  const KArrayTemplate<KZylSurfaceMaterial*>& Import(const std::string& instances) {
+    node = KZylNode::Create(&manager, "n");
+    EXPECT_TRUE(reader->ImportNode(Parse("<node id=\"n\"><instance_geometry url=\"#geo\"><bind_material><technique_common>" +
+                                         instances + "</technique_common></bind_material></instance_geometry></node>"),
+                                   *node, "n"));
+    return static_cast<KZylMesh*>(node->GetNodeAttribute())->GetLayer(0)->GetMaterials()->GetDirectArray();
+  }
+  static std::string Bind(const std::string& symbol, const std::string& target) {
+    return "<instance_material symbol=\"" + symbol + "\" target=\"#" + target + "\"/>";
+  }
+
+  KZylSurfacePhong* red = nullptr;
+  KZylSurfacePhong* blue = nullptr;
+  KZylNode* node = nullptr;
+};
+
+TEST_F(ManySlotsBindingTest, ABoundSlotAnswersToItsNewName) {
+  const KArrayTemplate<KZylSurfaceMaterial*>& slots = Import(Bind("s7", "red") + Bind("red", "blue") + Bind("red", "blue"));
+  // Slot 7 now holds "red", before the placeholder "red" of slot 40: it is rebound first.
+  EXPECT_EQ(slots[7], blue);
+  EXPECT_EQ(slots[kSlots], blue);
+  for (int i = 0; i < kSlots; ++i)
+    if (i != 7) EXPECT_EQ(slots[i]->GetName(), "s" + std::to_string(i));
+  EXPECT_EQ(CountMessage("Warning: material of symbol red not found for node n"), 0);
+}
+
+TEST_F(ManySlotsBindingTest, EverySymbolFindsItsSlot) {
+  std::string instances;
+  for (int i = kSlots - 1; i >= 0; --i) instances += Bind("s" + std::to_string(i), i % 2 ? "red" : "blue");
+  const KArrayTemplate<KZylSurfaceMaterial*>& slots = Import(instances);
+  for (int i = 0; i < kSlots; ++i) EXPECT_EQ(slots[i], i % 2 ? red : blue) << i;
+  EXPECT_EQ(slots[kSlots]->GetName(), "red");
+  EXPECT_NE(slots[kSlots], red);
+}
+
+}  // namespace
