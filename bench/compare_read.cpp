@@ -1,22 +1,28 @@
-// Compares reading large documents three ways, each in a process of its own so that each has
-// its own peak memory:
-//   floor  libxml2's parse of the document, plus converting every number of its arrays with
-//          std::from_chars, and nothing else: what any reader of the text must at least do;
+// Compares reading large documents as a user pays for it: each read in a fresh process of its
+// own, measured by the processor time (user and system) and the peak resident memory that the
+// kernel accounts to that process. The ways of reading:
+//   sax    libxml2's SAX2 stream with the text of every number list converted as it streams
+//          (std::from_chars), keeping nothing: the limit of any reader built on our parser;
+//   tree   libxml2's document tree, built and freed, nothing else;
 //   ours   the whole read through the manager and the reader, as an application does it;
 //   peer   Assimp's COLLADA importer without post-processing (when the bench was built with it).
-// Every time is the best over five processes, each reading at least three times and more until
-// a second has gone by; it includes freeing what was made.
+// Each document is read ROUNDS times (5 unless given) by every way in turn, so that a slow
+// moment of the machine falls on all of them; the table gives medians. A process that reads
+// nothing is measured the same way and subtracted: what remains is what the read costs.
 //
-//   bench_compare_read [CORPUS_FOLDER] [--only TEXT] [--keep]
+//   bench_compare_read [CORPUS_FOLDER] [--only TEXT] [--rounds N] [--keep] [--scaling]
 //
 // --only keeps the documents whose name contains TEXT; --keep leaves the generated documents
-// in /tmp (zylbench-compare-N.dae), for a profiler's use.
-// Prints a Markdown table (scripts/update-performance-table.sh writes it to
-// docs/performance.md). The documents are the corpus files of at least 1 MB, when the folder
-// is given and exists, and generated ones: a million-triangle mesh, a 100,000-node scene, a
-// 200-joint skin and 1,000 animated nodes.
+// in /tmp (zylbench-compare-N.dae), for a profiler's use; --scaling reads each generated kind at
+// a quarter of its size too and prints how the cost grows with the input.
+// Prints Markdown (scripts/update-performance-table.sh writes it to docs/performance.md). The
+// documents are the corpus files of at least 1 MB, when the folder is given and exists, and
+// generated ones: a million-triangle mesh, 100,000 nodes, 1,000 nodes x 1,000 keys, a skin of
+// 200 joints over 100,000 vertices and 16,000 materials.
 
+#include <libxml/parser.h>
 #include <libxml/tree.h>
+#include <malloc.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,12 +32,14 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "bench/bench_support.h"
 #include "bench/generated_documents.h"
-#include "reader/xml_document.h"
+#include "kit/zylsdk.h"
+#include "reader/collada_reader.h"
 
 #ifdef ZYL_HAVE_PEER
 #include <assimp/Importer.hpp>
@@ -42,66 +50,117 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kRepeats = 3;
-// Documents are read again until this much time has gone by; the best time is kept.
-constexpr double kBudgetSeconds = 1.0;
-// Each method is timed in this many processes; the best time is kept.
-constexpr int kProcesses = 5;
+constexpr int kDefaultRounds = 5;
 constexpr uintmax_t kLargeFile = 1000000;
 
-// ---------------------------------------------------------------- the floor
+// ---------------------------------------------------------------- the SAX limit
 
 bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-// Converts every number of the text; the sum keeps the work from being optimised away.
-template <class Number>
-double ConvertNumbers(const char* text) {
-  double sum = 0.0;
-  const char* end = text + std::strlen(text);
-  for (const char* p = text; p < end;) {
-    while (p < end && IsSpace(*p)) ++p;
-    const char* token = p;
-    while (p < end && !IsSpace(*p)) ++p;
-    Number value{};
-    if (token < p && std::from_chars(token, p, value).ec == std::errc()) sum += static_cast<double>(value);
-  }
-  return sum;
+bool IsNumberList(const xmlChar* name) {
+  static const char* const kLists[] = {"float_array", "int_array", "p", "v", "vcount", "matrix"};
+  for (const char* list : kLists)
+    if (std::strcmp(reinterpret_cast<const char*>(name), list) == 0) return true;
+  return false;
 }
 
-double ConvertArrays(const xmlNode* element) {
+// Converts the numbers of a list as its text arrives in chunks; a number cut by the end of a
+// chunk waits in `pending` for the rest.
+struct StreamedNumbers {
+  bool inList = false;
+  std::string pending;
   double sum = 0.0;
-  std::vector<const xmlNode*> pending{element};
-  while (!pending.empty()) {
-    const xmlNode* node = pending.back();
-    pending.pop_back();
-    for (const xmlNode* child = node->children; child; child = child->next)
-      if (child->type == XML_ELEMENT_NODE) pending.push_back(child);
-    if (node->type != XML_ELEMENT_NODE) continue;
-    const char* name = reinterpret_cast<const char*>(node->name);
-    bool floats = std::strcmp(name, "float_array") == 0;
-    bool integers = std::strcmp(name, "int_array") == 0 || std::strcmp(name, "p") == 0 ||
-                    std::strcmp(name, "v") == 0 || std::strcmp(name, "vcount") == 0;
-    if (!floats && !integers) continue;
-    xmlChar* text = xmlNodeGetContent(node);
-    if (!text) continue;
-    const char* content = reinterpret_cast<const char*>(text);
-    sum += floats ? ConvertNumbers<double>(content) : ConvertNumbers<long>(content);
-    xmlFree(text);
+
+  void Convert(const char* begin, const char* end) {
+    double value = 0.0;
+    if (begin < end && std::from_chars(begin, end, value).ec == std::errc()) sum += value;
   }
-  return sum;
+  void Text(const char* text, int length) {
+    const char* p = text;
+    const char* end = text + length;
+    if (!pending.empty()) {
+      while (p < end && !IsSpace(*p)) pending.push_back(*p++);
+      if (p == end) return;
+      Convert(pending.data(), pending.data() + pending.size());
+      pending.clear();
+    }
+    while (p < end) {
+      while (p < end && IsSpace(*p)) ++p;
+      const char* token = p;
+      while (p < end && !IsSpace(*p)) ++p;
+      if (p == end) {
+        pending.assign(token, p);
+        return;
+      }
+      Convert(token, p);
+    }
+  }
+  void End() {
+    Convert(pending.data(), pending.data() + pending.size());
+    pending.clear();
+    inList = false;
+  }
+};
+
+bool SaxLimit(const std::string& path) {
+  xmlSAXHandler handler{};
+  handler.initialized = XML_SAX2_MAGIC;
+  handler.startElementNs = [](void* context, const xmlChar* name, const xmlChar*, const xmlChar*, int,
+                              const xmlChar**, int, int, const xmlChar**) {
+    auto* numbers = static_cast<StreamedNumbers*>(static_cast<xmlParserCtxt*>(context)->_private);
+    numbers->inList = IsNumberList(name);
+  };
+  handler.endElementNs = [](void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
+    auto* numbers = static_cast<StreamedNumbers*>(static_cast<xmlParserCtxt*>(context)->_private);
+    if (numbers->inList) numbers->End();
+  };
+  handler.characters = [](void* context, const xmlChar* text, int length) {
+    auto* numbers = static_cast<StreamedNumbers*>(static_cast<xmlParserCtxt*>(context)->_private);
+    if (numbers->inList) numbers->Text(reinterpret_cast<const char*>(text), length);
+  };
+  FILE* file = std::fopen(path.c_str(), "rb");
+  if (!file) return false;
+  StreamedNumbers numbers;
+  xmlParserCtxt* context = xmlCreatePushParserCtxt(&handler, nullptr, nullptr, 0, path.c_str());
+  xmlCtxtUseOptions(context, XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+  context->_private = &numbers;
+  std::vector<char> chunk(1 << 16);
+  bool ok = true;
+  for (size_t length; ok && (length = std::fread(chunk.data(), 1, chunk.size(), file)) > 0;)
+    ok = xmlParseChunk(context, chunk.data(), static_cast<int>(length), 0) == 0;
+  ok = ok && xmlParseChunk(context, nullptr, 0, 1) == 0 && context->wellFormed;
+  xmlFreeParserCtxt(context);
+  std::fclose(file);
+  volatile double sum = numbers.sum;
+  (void)sum;
+  return ok;
 }
 
-bool Floor(const std::string& path) {
+// ---------------------------------------------------------------- the other ways
+
+bool LibxmlTree(const std::string& path) {
   xmlDoc* document = xmlReadFile(path.c_str(), nullptr, XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_NOERROR |
                                                         XML_PARSE_NOWARNING);
-  if (!document) return false;
-  volatile double sum = ConvertArrays(xmlDocGetRootElement(document));
-  (void)sum;
   xmlFreeDoc(document);
-  return true;
+  return document != nullptr;
 }
 
-// ---------------------------------------------------------------- the peer
+size_t HeapInUse() {
+  const struct mallinfo2 heap = mallinfo2();
+  return heap.uordblks + heap.hblkhd;
+}
+
+// Our read, then the process ends: what a program does with the scene next is not the read's.
+// Prints the bytes the scene holds on the heap once the reader is gone.
+[[noreturn]] void Ours(const std::string& path) {
+  const size_t before = HeapInUse();
+  zylsdk::KZylSdkManager manager;
+  const zylsdk::ColladaReadResult read = zylsdk::ReadColladaFile(manager, path.c_str());
+  const size_t after = HeapInUse();
+  std::printf("%zu\n", after > before ? after - before : 0);
+  std::fflush(stdout);
+  _exit(read.ok ? 0 : 1);
+}
 
 #ifdef ZYL_HAVE_PEER
 bool Peer(const std::string& path) {
@@ -115,172 +174,214 @@ bool Peer(const std::string& path) {
 struct Measurement {
   bool available = false;
   bool ok = false;
-  double seconds = 0.0;
-  double peakMegabytes = 0.0;
+  double seconds = 0.0;     // processor time, user and system
+  double megabytes = 0.0;   // peak resident memory
+  double sceneMegabytes = 0.0;
 };
 
-// Child side: runs one method on the file and prints "ok seconds": the best of many runs, or
-// with `once` a single run (whose process then shows the peak memory of one read).
-int RunMethod(const std::string& method, const std::string& path, bool once) {
+// Child side: one read of the file by one way, then the process ends; the exit status says
+// whether the read succeeded.
+[[noreturn]] void RunWay(const std::string& way, const std::string& path) {
   bool ok = true;
-  double seconds = 0.0;
-  const int repeats = once ? 1 : kRepeats;
-  const double budget = once ? 0.0 : kBudgetSeconds;
-  if (method == "floor") {
-    seconds = zylbench::BestSeconds(repeats, [&] { ok = Floor(path) && ok; }, budget);
-  } else if (method == "ours") {
-    seconds = zylbench::BestSeconds(repeats, [&] { ok = zylbench::ReadWhole(path) && ok; }, budget);
+  if (way == "sax") {
+    ok = SaxLimit(path);
+  } else if (way == "tree") {
+    ok = LibxmlTree(path);
+  } else if (way == "ours") {
+    Ours(path);
 #ifdef ZYL_HAVE_PEER
-  } else if (method == "peer") {
-    seconds = zylbench::BestSeconds(repeats, [&] { ok = Peer(path) && ok; }, budget);
+  } else if (way == "peer") {
+    ok = Peer(path);
 #endif
-  } else if (method != "none") {
-    return 3;
+  } else if (way != "none") {
+    _exit(3);
   }
-  std::printf("%d %.9f\n", ok ? 1 : 0, seconds);
-  return 0;
+  _exit(ok ? 0 : 1);
 }
 
-// Parent side: runs this program again as `MODE METHOD FILE` and reads its output and peak
-// memory.
-Measurement RunChild(const char* self, const char* mode, const std::string& method, const std::string& path) {
+double Seconds(const timeval& time) { return static_cast<double>(time.tv_sec) + time.tv_usec / 1e6; }
+
+// Parent side: runs this program again as `--way WAY FILE` and takes the kernel's accounts of it.
+Measurement RunChild(const char* self, const std::string& way, const std::string& path) {
   Measurement result;
   int channel[2];
   if (pipe(channel) != 0) return result;
-  pid_t child = fork();
+  const pid_t child = fork();
   if (child == 0) {
     dup2(channel[1], STDOUT_FILENO);
     close(channel[0]);
-    execl(self, self, mode, method.c_str(), path.c_str(), static_cast<char*>(nullptr));
+    execl(self, self, "--way", way.c_str(), path.c_str(), static_cast<char*>(nullptr));
     _exit(4);
   }
   close(channel[1]);
-  char buffer[128] = {};
-  ssize_t length = read(channel[0], buffer, sizeof buffer - 1);
+  char buffer[64] = {};
+  const ssize_t length = read(channel[0], buffer, sizeof buffer - 1);
   close(channel[0]);
   int status = 0;
   rusage usage{};
   wait4(child, &status, 0, &usage);
-  int ok = 0;
-  if (length > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0 &&
-      std::sscanf(buffer, "%d %lf", &ok, &result.seconds) == 2) {
-    result.available = true;
-    result.ok = ok == 1;
-    result.peakMegabytes = static_cast<double>(usage.ru_maxrss) / 1024.0;
-  }
+  if (!WIFEXITED(status) || WEXITSTATUS(status) > 1) return result;
+  result.available = true;
+  result.ok = WEXITSTATUS(status) == 0;
+  result.seconds = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
+  result.megabytes = static_cast<double>(usage.ru_maxrss) / 1024.0;
+  if (length > 0) result.sceneMegabytes = std::strtod(buffer, nullptr) / 1e6;
   return result;
 }
 
-// The best time of many runs in each of a few processes (one process can be slow throughout,
-// as where its memory lands matters), and the peak memory of a process that reads once: many
-// runs in one process may leave the heap more spread out than one read does.
-Measurement Measure(const char* self, const std::string& method, const std::string& path) {
-  Measurement timed = RunChild(self, "--run", method, path);
-  for (int process = 1; process < kProcesses; ++process) {
-    const Measurement again = RunChild(self, "--run", method, path);
-    if (again.available && again.seconds < timed.seconds) timed = again;
-  }
-  const Measurement single = RunChild(self, "--once", method, path);
-  timed.peakMegabytes = single.available ? single.peakMegabytes : 0.0;
-  timed.available = timed.available && single.available;
-  return timed;
+double Median(std::vector<double> values) {
+  if (values.empty()) return 0.0;
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
 }
 
 struct Document {
   std::string name;
   std::string path;
+  bool generated = false;
 };
 
-std::vector<Document> Documents(const std::string& corpus) {
+// The medians of each way over `rounds` rounds, the ways taking turns; the process that
+// reads nothing is subtracted.
+std::vector<Measurement> MeasureWays(const char* self, const std::vector<std::string>& ways, const std::string& path,
+                                     int rounds) {
+  std::vector<std::vector<Measurement>> runs(ways.size() + 1);
+  for (int round = 0; round < rounds; ++round) {
+    runs[0].push_back(RunChild(self, "none", path));
+    for (size_t way = 0; way < ways.size(); ++way) runs[way + 1].push_back(RunChild(self, ways[way], path));
+  }
+  auto median = [](const std::vector<Measurement>& all, double Measurement::*field) {
+    std::vector<double> values;
+    for (const Measurement& m : all) values.push_back(m.*field);
+    return Median(values);
+  };
+  const double idleSeconds = median(runs[0], &Measurement::seconds);
+  const double idleMegabytes = median(runs[0], &Measurement::megabytes);
+  std::vector<Measurement> results;
+  for (size_t way = 1; way < runs.size(); ++way) {
+    Measurement m;
+    m.available = std::all_of(runs[way].begin(), runs[way].end(), [](const Measurement& r) { return r.available; });
+    m.ok = m.available && runs[way].front().ok;
+    m.seconds = std::max(0.0, median(runs[way], &Measurement::seconds) - idleSeconds);
+    m.megabytes = std::max(0.0, median(runs[way], &Measurement::megabytes) - idleMegabytes);
+    m.sceneMegabytes = median(runs[way], &Measurement::sceneMegabytes);
+    results.push_back(m);
+  }
+  return results;
+}
+
+// The generated kinds, each at a scale: 4 is the full size, 1 a quarter of it.
+struct GeneratedKind {
+  const char* name;
+  std::function<std::string(int scale)> make;
+};
+
+std::vector<GeneratedKind> GeneratedKinds() {
+  return {
+      {"generated: 1M-triangle mesh", [](int s) { return zylbench::MeshDocument(s == 4 ? 708 : 354); }},
+      {"generated: 100,000 sibling nodes", [](int s) { return zylbench::SiblingNodesDocument(25000 * s); }},
+      {"generated: 1,000 nodes x 1,000 keys", [](int s) { return zylbench::AnimationDocument(250 * s, 1000, false); }},
+      {"generated: skin of 200 joints, 100,000 vertices",
+       [](int s) { return zylbench::SkinDocument(25000L * s, 200, 1); }},
+      {"generated: 16,000 materials", [](int s) { return zylbench::MaterialsDocument(4000 * s); }},
+  };
+}
+
+std::vector<Document> CorpusDocuments(const std::string& corpus) {
   std::vector<Document> documents;
   std::error_code error;
-  if (!corpus.empty() && fs::is_directory(corpus, error)) {
-    for (const auto& entry : fs::recursive_directory_iterator(corpus, error))
-      if (entry.is_regular_file() && entry.path().extension() == ".dae" && entry.file_size() >= kLargeFile)
-        documents.push_back({fs::relative(entry.path(), corpus).string(), entry.path().string()});
-    std::sort(documents.begin(), documents.end(), [](const Document& a, const Document& b) { return a.name < b.name; });
-  }
-  const std::pair<const char*, std::string> generated[] = {
-      {"generated: 1,002,528-triangle mesh", zylbench::MeshDocument(708)},
-      {"generated: 100,000 sibling nodes", zylbench::SiblingNodesDocument(100000)},
-      {"generated: skin of 200 joints, 100,000 vertices", zylbench::SkinDocument(100000, 200, 1)},
-      {"generated: 1,000 nodes x 1,000 keys", zylbench::AnimationDocument(1000, 1000, false)},
-  };
-  int index = 0;
-  for (const auto& [name, text] : generated)
-    documents.push_back({name, zylbench::WriteTemporary("compare-" + std::to_string(index++) + ".dae", text)});
+  if (corpus.empty() || !fs::is_directory(corpus, error)) return documents;
+  for (const auto& entry : fs::recursive_directory_iterator(corpus, error))
+    if (entry.is_regular_file() && entry.path().extension() == ".dae" && entry.file_size() >= kLargeFile)
+      documents.push_back({fs::relative(entry.path(), corpus).string(), entry.path().string(), false});
+  std::sort(documents.begin(), documents.end(), [](const Document& a, const Document& b) { return a.name < b.name; });
   return documents;
+}
+
+std::string Number(double value, const char* format) {
+  char text[32];
+  std::snprintf(text, sizeof text, format, value);
+  return text;
 }
 
 std::string Cell(const Measurement& m, bool memory) {
   if (!m.available) return "n/a";
-  char text[32];
-  std::snprintf(text, sizeof text, memory ? "%.0f" : "%.3f", memory ? m.peakMegabytes : m.seconds);
-  return std::string(text) + (m.ok ? "" : " (failed)");
+  return Number(memory ? m.megabytes : m.seconds, memory ? "%.0f" : "%.3f") + (m.ok ? "" : " (failed)");
 }
 
-std::string Ratio(const Measurement& a, const Measurement& b) {
-  if (!a.available || !b.available) return "n/a";
-  if (b.seconds <= 0.0) return "n/a";
-  char text[32];
-  std::snprintf(text, sizeof text, "%.2f", a.seconds / b.seconds);
-  return text;
-}
-
-std::string MemoryRatio(const Measurement& a, const Measurement& b, double baseline) {
-  if (!a.available || !b.available || b.peakMegabytes - baseline <= 0.0) return "n/a";
-  char text[32];
-  std::snprintf(text, sizeof text, "%.2f", (a.peakMegabytes - baseline) / (b.peakMegabytes - baseline));
-  return text;
-}
+std::string Ratio(double a, double b) { return b > 0.0 ? Number(a / b, "%.2f") : "n/a"; }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 4 && std::strcmp(argv[1], "--run") == 0) return RunMethod(argv[2], argv[3], false);
-  if (argc == 4 && std::strcmp(argv[1], "--once") == 0) return RunMethod(argv[2], argv[3], true);
+  if (argc == 4 && std::strcmp(argv[1], "--way") == 0) RunWay(argv[2], argv[3]);
   std::string corpus;
   std::string only;
+  int rounds = kDefaultRounds;
   bool keep = false;
+  bool scaling = false;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--only") == 0 && i + 1 < argc)
       only = argv[++i];
+    else if (std::strcmp(argv[i], "--rounds") == 0 && i + 1 < argc)
+      rounds = std::max(1, std::atoi(argv[++i]));
     else if (std::strcmp(argv[i], "--keep") == 0)
       keep = true;
+    else if (std::strcmp(argv[i], "--scaling") == 0)
+      scaling = true;
     else
       corpus = argv[i];
   }
-
-  std::vector<Document> documents = Documents(corpus);
-  documents.erase(std::remove_if(documents.begin(), documents.end(),
-                                 [&](const Document& d) { return d.name.find(only) == std::string::npos; }),
-                  documents.end());
-  const Measurement baseline = RunChild(argv[0], "--once", "none", documents.empty() ? "" : documents.front().path);
+  std::vector<std::string> ways = {"sax", "tree", "ours"};
 #ifdef ZYL_HAVE_PEER
-  const bool withPeer = true;
-#else
-  const bool withPeer = false;
+  ways.push_back("peer");
 #endif
+  const bool withPeer = ways.size() == 4;
 
-  std::printf("| document | MB | floor s | ours s | peer s | ours / floor | peer / ours | floor MB | ours MB | peer MB | "
-              "ours / floor memory |\n");
-  std::printf("|---|---|---|---|---|---|---|---|---|---|---|\n");
+  std::vector<Document> documents;
+  int index = 0;
+  for (const GeneratedKind& kind : GeneratedKinds())
+    if (std::string(kind.name).find(only) != std::string::npos)
+      documents.push_back(
+          {kind.name, zylbench::WriteTemporary("compare-" + std::to_string(index++) + ".dae", kind.make(4)), true});
+  for (const Document& document : CorpusDocuments(corpus))
+    if (document.name.find(only) != std::string::npos) documents.push_back(document);
+
+  std::printf("| document | MB | SAX limit s | libxml2 tree s | ours s | peer s | ours / SAX | peer / ours "
+              "| SAX MB | tree MB | ours MB | peer MB | scene MB | ours MB / scene |\n");
+  std::printf("|---|---|---|---|---|---|---|---|---|---|---|---|---|---|\n");
   for (const Document& document : documents) {
     const double size = static_cast<double>(fs::file_size(document.path)) / 1e6;
-    const Measurement floor = Measure(argv[0], "floor", document.path);
-    const Measurement ours = Measure(argv[0], "ours", document.path);
-    const Measurement peer = withPeer ? Measure(argv[0], "peer", document.path) : Measurement();
-    std::printf("| %s | %.1f | %s | %s | %s | %s | %s | %s | %s | %s | %s |\n", document.name.c_str(), size,
-                Cell(floor, false).c_str(), Cell(ours, false).c_str(), Cell(peer, false).c_str(),
-                Ratio(ours, floor).c_str(), Ratio(peer, ours).c_str(), Cell(floor, true).c_str(),
-                Cell(ours, true).c_str(), Cell(peer, true).c_str(),
-                MemoryRatio(ours, floor, baseline.peakMegabytes).c_str());
+    const std::vector<Measurement> m = MeasureWays(argv[0], ways, document.path, rounds);
+    const Measurement& sax = m[0];
+    const Measurement& tree = m[1];
+    const Measurement& ours = m[2];
+    const Measurement peer = withPeer ? m[3] : Measurement();
+    std::printf("| %s | %.1f | %s | %s | %s | %s | %s | %s | %s | %s | %s | %s | %.0f | %s |\n", document.name.c_str(),
+                size, Cell(sax, false).c_str(), Cell(tree, false).c_str(), Cell(ours, false).c_str(),
+                Cell(peer, false).c_str(), Ratio(ours.seconds, sax.seconds).c_str(),
+                peer.available ? Ratio(peer.seconds, ours.seconds).c_str() : "n/a", Cell(sax, true).c_str(),
+                Cell(tree, true).c_str(), Cell(ours, true).c_str(), Cell(peer, true).c_str(), ours.sceneMegabytes,
+                Ratio(ours.megabytes, ours.sceneMegabytes).c_str());
     std::fflush(stdout);
   }
-  std::printf("\nPeak memory is the largest resident size of a process that reads the document once; the\n"
-              "memory ratio subtracts the %.0f MB that the program takes before reading anything.\n",
-              baseline.peakMegabytes);
+
+  if (scaling) {
+    std::printf("\n| generated kind | quarter: ours s | whole: ours s | cost growth for 4 x the input |\n");
+    std::printf("|---|---|---|---|\n");
+    for (const GeneratedKind& kind : GeneratedKinds()) {
+      if (std::string(kind.name).find(only) == std::string::npos) continue;
+      const std::string quarter = zylbench::WriteTemporary("compare-quarter.dae", kind.make(1));
+      const std::string whole = zylbench::WriteTemporary("compare-whole.dae", kind.make(4));
+      const double small = MeasureWays(argv[0], {"ours"}, quarter, rounds)[0].seconds;
+      const double large = MeasureWays(argv[0], {"ours"}, whole, rounds)[0].seconds;
+      std::printf("| %s | %.3f | %.3f | %s |\n", kind.name, small, large, Ratio(large, small).c_str());
+      std::fflush(stdout);
+      std::remove(quarter.c_str());
+      std::remove(whole.c_str());
+    }
+  }
   for (const Document& document : documents)
-    if (document.name.rfind("generated:", 0) == 0 && !keep) std::remove(document.path.c_str());
+    if (document.generated && !keep) std::remove(document.path.c_str());
   return 0;
 }
