@@ -83,7 +83,8 @@ class KeySampler {
     if (mNext == times.size() || times[previous] == time) return before;
     const double after = mKeys.values[mNext * width + k];
     const double share = (time - times[previous]) / (times[mNext] - times[previous]);
-    return before + (after - before) * share;
+    // Keys too far apart for their span to be a finite number hold the earlier value.
+    return std::isfinite(share) ? before + (after - before) * share : before;
   }
 
  private:
