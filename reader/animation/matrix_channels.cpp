@@ -217,7 +217,13 @@ void RecordMatrixChannel(AnimationContext& context, const SamplerArrays& arrays,
 
 void KZylReaderCollada::BakeMatrixAnimations() {
   if (!mState->matrixAnimations) return;
-  for (const MatrixAnimations::Animated& animated : mState->matrixAnimations->animated) Bake(animated);
+  // Each element's keys go once its curves are made, so that keys and curves are not all held
+  // at once.
+  for (MatrixAnimations::Animated& animated : mState->matrixAnimations->animated) {
+    Bake(animated);
+    std::map<int, MatrixKeys>().swap(animated.channels);
+  }
+  mState->matrixAnimations.reset();
 }
 
 }  // namespace zylsdk
