@@ -111,6 +111,24 @@ TEST(TransformStack, LookAtOnAChildNodeComposes) {
   EXPECT_TRUE(KitMatrixIs(Node(read, "c")->GetGlobalFromDefaultTake(), parent.product * child.product, kRelative));
 }
 
+TEST(TransformStack, ACamerasLookAtComposesUnderItsPostRotation) {
+  const Stack stack = Stack().Translate(0, 0, 1).LookAt({3, 4, 5}, {0, 0, 0}, {0, 1, 0});
+  const std::string camera =
+      "<library_cameras><camera id=\"cam\"><optics><technique_common><perspective><yfov>45</yfov><znear>1</znear>"
+      "<zfar>100</zfar></perspective></technique_common></optics></camera></library_cameras>";
+  const std::string nodes = "<node id=\"n\">" + stack.xml + "<instance_camera url=\"#cam\"/></node>";
+  const std::string document = Collada(camera + "<library_visual_scenes><visual_scene id=\"vs\">" + nodes +
+                                       "</visual_scene></library_visual_scenes><scene><instance_visual_scene "
+                                       "url=\"#vs\"/></scene>");
+  const zyldae::ReadResult read = ReadText(document, Complete());
+  const KZylNode* node = Node(read, "n");
+  ASSERT_NE(node, nullptr);
+  // The kit's cameras look along X: the post-rotation that turns them comes before the node's matrix.
+  const zylsdk::KZylXMatrix post = zylsdk::RotationMatrix(node->GetPostRotation(zylsdk::eSourcePivot), zylsdk::eEulerXYZ);
+  EXPECT_EQ(node->GetPostRotation(zylsdk::eSourcePivot), KZylVector4(0, -90, 0));
+  EXPECT_TRUE(KitMatrixIs(post * node->GetLocalFromDefaultTake(), stack.product, kRelative));
+}
+
 TEST(TransformStack, RotationsAsWrittenStayWhenTheyHoldTheProduct) {
   const Stack stack = Stack().Rotate(0, 0, 1, 30).Rotate(0, 1, 0, 20).Rotate(1, 0, 0, 10);
   const zyldae::ReadResult read = ReadText(SceneOf(NodeOf(stack)), Complete());
