@@ -2,8 +2,6 @@
 // by the node's own translation, rotation, scaling and pivots where those hold it exactly, by
 // a decomposition of the product otherwise; and the matrix elements that animations target.
 
-#include "reader/nodes/transform_stack.h"
-
 #include <cmath>
 #include <string_view>
 #include <vector>
@@ -83,6 +81,34 @@ bool IsFinite(const KZylMatrix& matrix) {
   return true;
 }
 
+// The matrix of one transform element (translate, rotate, scale, matrix, lookat, skew) into
+// `matrix`; false, `matrix` untouched, for any other element. A rotation about a zero axis and
+// a skew along a zero axis are the identity.
+bool TransformElementMatrix(const DaeElement* element, KZylXMatrix& matrix) {
+  double values[9];
+  if (DAE_IsElement(element, "translate")) {
+    ReadElementNumbers(element, values, 3);
+    matrix = TranslationMatrix(KZylVector4(values[0], values[1], values[2], 1.0));
+  } else if (DAE_IsElement(element, "scale")) {
+    ReadElementNumbers(element, values, 3);
+    matrix = ScalingMatrix(KZylVector4(values[0], values[1], values[2], 1.0));
+  } else if (DAE_IsElement(element, "rotate")) {
+    ReadElementNumbers(element, values, 4);
+    matrix = AxisAngleMatrix(KZylVector4(values[0], values[1], values[2]), values[3]);
+  } else if (DAE_IsElement(element, "matrix")) {
+    matrix = DAE_GetMatrix(element);
+  } else if (DAE_IsElement(element, "lookat")) {
+    ReadElementNumbers(element, values, 9);
+    matrix = LookAtMatrix(values);
+  } else if (DAE_IsElement(element, "skew")) {
+    ReadElementNumbers(element, values, 7);
+    matrix = SkewMatrix(values);
+  } else {
+    return false;
+  }
+  return true;
+}
+
 // The node's transform elements in document order, with their matrices.
 struct TransformStack {
   std::vector<const DaeElement*> elements;
@@ -134,7 +160,7 @@ void ClearPivots(KZylNode& node) {
 }
 
 // True when every entry of `actual` is within `tolerance` of `expected`, relative to the
-// largest entry of `expected` in magnitude.
+// largest entry of `expected` in magnitude. NaN agrees with nothing.
 bool MatricesWithin(const KZylMatrix& actual, const KZylMatrix& expected, double tolerance) {
   double largest = 0.0;
   for (int row = 0; row < 4; ++row)
@@ -143,6 +169,11 @@ bool MatricesWithin(const KZylMatrix& actual, const KZylMatrix& expected, double
     for (int column = 0; column < 4; ++column)
       if (!(std::fabs(actual.Get(row, column) - expected.Get(row, column)) <= tolerance * largest)) return false;
   return true;
+}
+
+// Agreement to 1e-9 relative: the node holds the product.
+bool MatricesAgree(const KZylMatrix& actual, const KZylMatrix& expected) {
+  return MatricesWithin(actual, expected, kAgreement);
 }
 
 // When the node's matrix differs from the product in its translation only (a translate listed
@@ -160,35 +191,6 @@ bool FitTranslation(KZylNode& node, const KZylXMatrix& local) {
 }
 
 }  // namespace
-
-bool TransformElementMatrix(const DaeElement* element, KZylXMatrix& matrix) {
-  double values[9];
-  if (DAE_IsElement(element, "translate")) {
-    ReadElementNumbers(element, values, 3);
-    matrix = TranslationMatrix(KZylVector4(values[0], values[1], values[2], 1.0));
-  } else if (DAE_IsElement(element, "scale")) {
-    ReadElementNumbers(element, values, 3);
-    matrix = ScalingMatrix(KZylVector4(values[0], values[1], values[2], 1.0));
-  } else if (DAE_IsElement(element, "rotate")) {
-    ReadElementNumbers(element, values, 4);
-    matrix = AxisAngleMatrix(KZylVector4(values[0], values[1], values[2]), values[3]);
-  } else if (DAE_IsElement(element, "matrix")) {
-    matrix = DAE_GetMatrix(element);
-  } else if (DAE_IsElement(element, "lookat")) {
-    ReadElementNumbers(element, values, 9);
-    matrix = LookAtMatrix(values);
-  } else if (DAE_IsElement(element, "skew")) {
-    ReadElementNumbers(element, values, 7);
-    matrix = SkewMatrix(values);
-  } else {
-    return false;
-  }
-  return true;
-}
-
-bool MatricesAgree(const KZylMatrix& actual, const KZylMatrix& expected) {
-  return MatricesWithin(actual, expected, kAgreement);
-}
 
 void ComposeTransformStack(const NodeImportContext& context, const DaeElement* nodeElement, KZylNode& node) {
   const TransformStack stack = ReadStack(nodeElement);
