@@ -29,6 +29,8 @@ struct JointIndex;
 class MeshSources;
 // Lookups of the animation targets (reader/animation/target_index.h).
 class AnimationTargetIndex;
+// Channels on matrix elements waiting to be baked (reader/animation/matrix_channels.cpp).
+struct MatrixAnimations;
 // Skin links kept across the copies of visual scenes (reader/nodes/copy_scene.cpp).
 class SceneLinks;
 
@@ -194,6 +196,9 @@ class KZylReaderCollada : public KZylReader {
 
   // ---------------------------------------------------------------- animation, cameras, lights
   bool ImportAnimation(DaeElement* animation, KZylScene& scene);
+  // The complete reading's channels on `matrix` elements, once every animation is read: each
+  // animated node gets translation, rotation and scaling keys at the channels' key times.
+  void BakeMatrixAnimations();
   bool ImportCamera(DaeElement* camera);
   bool ImportLight(KZylScene& scene, DaeElement* light);
 
@@ -217,6 +222,10 @@ class KZylReaderCollada : public KZylReader {
     IdList<ControllerRecord> controllers;
     IdList<DaeElement> animations;
     IdList<ChannelRecord> animationTargets;
+    // The complete reading's `matrix` elements by "<node>/<sid>", and the channels on them,
+    // baked into curves once every animation is read.
+    IdList<MatrixTarget> matrixTargets;
+    std::shared_ptr<MatrixAnimations> matrixAnimations;
     // False for a document without animations: no channel can then look a target up, so none
     // is recorded.
     bool recordsAnimationTargets = true;

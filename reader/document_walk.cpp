@@ -99,6 +99,7 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, DaeElement* root) {
   // Animations find their targets in the finished scene, so they come last.
   for (int i = 0; i < mState->animations.GetCount(); ++i)
     if (!(mStatus = ImportAnimation(mState->animations.Get(i), scene))) return false;
+  if (mComplete) BakeMatrixAnimations();
 
   if (sceneInfo) scene.SetSceneInfo(sceneInfo);
   ConnectMeshMaterials(scene);

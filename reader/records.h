@@ -24,6 +24,15 @@ struct ChannelRecord {
   int axis = 0;
 };
 
+// A `matrix` element of a node that animations may replace (complete reading), in the kit's
+// row-vector convention: the node's local matrix is listedAfter * element * listedBefore, the
+// products of the transform elements listed after and before it.
+struct MatrixTarget {
+  KZylXMatrix listedAfter;
+  KZylXMatrix element;
+  KZylXMatrix listedBefore;
+};
+
 // One `controller`: a skin (clusters and bind pose) or a morph (targets and weights).
 struct ControllerRecord {
   KString id;

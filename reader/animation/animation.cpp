@@ -21,6 +21,11 @@ bool ImportChannel(AnimationContext& context, const DaeElement* animation, const
     case TargetResult::kCurves:
       break;
   }
+  if (curves.matrix) {
+    if (const SamplerArrays* arrays = ReadSampler(context, animation, channel))
+      RecordMatrixChannel(context, *arrays, *curves.matrix);
+    return true;
+  }
   if (curves.targets.empty()) return true;
   if (const SamplerArrays* arrays = ReadSampler(context, animation, channel)) ApplySampler(context, *arrays, curves);
   return true;
@@ -54,7 +59,10 @@ bool KZylReaderCollada::ImportAnimation(DaeElement* animation, KZylScene& scene)
   if (!index || !index->Covers(scene.GetRootNode()))
     index = std::make_shared<AnimationTargetIndex>(scene.GetRootNode(), mSceneElement);
   const AnimationElementIds ids(animation);
-  AnimationContext context{*this, *mState, scene, *index, ids, {mAnimationStart, mAnimationStop, mFirstKey}, {}};
+  std::shared_ptr<MatrixAnimations>& matrixAnimations = mState->matrixAnimations;
+  if (mComplete && !matrixAnimations) matrixAnimations = NewMatrixAnimations();
+  AnimationContext context{*this, *mState, scene, *index, ids, {mAnimationStart, mAnimationStop, mFirstKey}, {},
+                           matrixAnimations.get()};
   return mStatus = ImportAnimationElement(context, animation);
 }
 

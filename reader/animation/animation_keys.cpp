@@ -17,15 +17,6 @@ T ValueAt(const KArrayTemplate<T>& array, int64_t at) {
   return at >= 0 && at < array.GetCount() ? array[static_cast<int>(at)] : T();
 }
 
-// Curves keep single-precision numbers; larger magnitudes (infinities included) become the
-// largest float of their sign.
-float ToFloat(double value) {
-  if (std::isnan(value)) return std::numeric_limits<float>::quiet_NaN();
-  if (value > FLT_MAX) return FLT_MAX;
-  if (value < -FLT_MAX) return -FLT_MAX;
-  return static_cast<float>(value);
-}
-
 // Seconds truncated to a whole number, saturated to the tick range.
 int64_t TruncatedSeconds(double seconds) {
   if (seconds >= 9.2e18) return std::numeric_limits<int64_t>::max();
@@ -79,6 +70,13 @@ void SetDerivatives(const SamplerArrays& arrays, KFCurve& curve, int64_t compone
 }
 
 }  // namespace
+
+float ToFloat(double value) {
+  if (std::isnan(value)) return std::numeric_limits<float>::quiet_NaN();
+  if (value > FLT_MAX) return FLT_MAX;
+  if (value < -FLT_MAX) return -FLT_MAX;
+  return static_cast<float>(value);
+}
 
 void TakeSpan::Widen(double seconds) {
   if (firstKey) {

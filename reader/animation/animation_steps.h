@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -13,6 +15,15 @@
 #include "reader/dom/dom.h"
 
 namespace zylsdk {
+
+// A channel on a `matrix` element (complete reading): the whole matrix (entry -1) or one entry
+// (4 * row + column, as COLLADA lists matrices by rows), on the node the channel names.
+struct MatrixChannelTarget {
+  KZylNode* node = nullptr;
+  KZylTakeNode* take = nullptr;
+  const MatrixTarget* target = nullptr;
+  int entry = -1;
+};
 
 // The curves of one channel. Key i of a curve takes its value (and tangents and
 // interpolation) at i * stride + component of the sampler's arrays.
@@ -25,6 +36,8 @@ struct ChannelCurves {
   int64_t stride = 1;
   // Light intensities and morph weights: COLLADA's 0 to 1 becomes the curve's 0 to 100.
   bool percent = false;
+  // Set instead of curves for a channel on a matrix element.
+  std::optional<MatrixChannelTarget> matrix;
 };
 
 // The arrays a sampler's inputs give.
@@ -65,6 +78,8 @@ struct AnimationContext {
   const AnimationElementIds& ids;
   TakeSpan span;
   SamplerCache samplers;
+  // The complete reading's channels on matrix elements, kept for baking; null otherwise.
+  MatrixAnimations* matrixAnimations = nullptr;
 };
 
 enum class TargetResult {
@@ -83,6 +98,26 @@ const SamplerArrays* ReadSampler(AnimationContext& context, const DaeElement* an
 // Checks the sampler's sizes against the curves (a warning only), scales percent channels and
 // sets the keys of every curve.
 void ApplySampler(AnimationContext& context, const SamplerArrays& arrays, const ChannelCurves& curves);
+
+// Warns when the sampler's arrays do not hold `stride` values (tangents included) and
+// `interpolationStride` interpolations per key.
+void CheckSamplerSizes(AnimationContext& context, const SamplerArrays& arrays, int64_t stride,
+                       int64_t interpolationStride);
+
+// Curves keep single-precision numbers; larger magnitudes (infinities included) become the
+// largest float of their sign.
+float ToFloat(double value);
+
+// The complete reading's channels on matrix elements. A path "<node>/<sid>" names a whole
+// matrix, "<node>/<sid>(row)(column)" one entry; true, with curves.matrix set, when the path
+// names a registered matrix element.
+bool ResolveMatrixTarget(AnimationContext& context, KZylNode& node, KZylTakeNode& take, const KString& path,
+                         const KString& member, ChannelCurves& curves);
+// An empty store of such channels.
+std::shared_ptr<MatrixAnimations> NewMatrixAnimations();
+// Keeps the channel's keys for BakeMatrixAnimations and widens the take's span by them; a later
+// channel on the same entry replaces an earlier one.
+void RecordMatrixChannel(AnimationContext& context, const SamplerArrays& arrays, const MatrixChannelTarget& target);
 
 // Sets the keys of one curve from the sampler.
 void SetCurveKeys(AnimationContext& context, const SamplerArrays& arrays, KFCurve& curve, int64_t component,

@@ -139,6 +139,8 @@ TargetResult ResolveChannelTarget(AnimationContext& context, const KString& targ
     return TargetResult::kSkip;
   }
   KZylTakeNode* take = TakeOf(*node);
+  if (reader.IsComplete() && take && ResolveMatrixTarget(context, *node, *take, path, member, curves))
+    return TargetResult::kCurves;
 
   const ChannelRecord* record = context.state.animationTargets.Lookup(path);
   if (!record) {

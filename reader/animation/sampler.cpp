@@ -77,20 +77,25 @@ const SamplerArrays* ReadSampler(AnimationContext& context, const DaeElement* an
   return read.ok ? &read.arrays : nullptr;
 }
 
-void ApplySampler(AnimationContext& context, const SamplerArrays& shared, const ChannelCurves& curves) {
-  const int64_t expected = static_cast<int64_t>(shared.times.GetCount()) * curves.stride;
+void CheckSamplerSizes(AnimationContext& context, const SamplerArrays& shared, int64_t stride,
+                       int64_t interpolationStride) {
+  const int64_t expected = static_cast<int64_t>(shared.times.GetCount()) * stride;
   const int values = shared.values.GetCount();
   const int inTangents = shared.inTangents.GetCount();
   const int outTangents = shared.outTangents.GetCount();
   const int interpolations = shared.interpolations.GetCount();
   // The values are always counted; tangents and interpolations only when there are some.
   if (values != expected || Mismatch(inTangents, expected) || Mismatch(outTangents, expected) ||
-      Mismatch(interpolations, expected)) {
+      Mismatch(interpolations, static_cast<int64_t>(shared.times.GetCount()) * interpolationStride)) {
     context.reader.AddNotificationWarning(KString("Number of outputs (") + values + ")," + " in tangents (" +
                                           inTangents + ")," + " out tangents (" + outTangents + ") " +
                                           " or interpolation (" + interpolations + ")" +
                                           " not the number expected (" + expected + ").");
   }
+}
+
+void ApplySampler(AnimationContext& context, const SamplerArrays& shared, const ChannelCurves& curves) {
+  CheckSamplerSizes(context, shared, curves.stride, curves.stride);
   if (!curves.percent) {
     for (const ChannelCurves::Target& target : curves.targets)
       SetCurveKeys(context, shared, *target.curve, target.component, curves.stride);

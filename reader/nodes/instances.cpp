@@ -33,7 +33,8 @@ void ApplyLookAt(KZylReaderCollada& reader, DaeElement* nodeElement, KZylNode& n
   camera.SetPosition(position);
   camera.SetDefaultCameraInterestPosition(interest);
   camera.SetUpVector(up);
-  node.SetDefaultR(matrix.GetR());
+  // The complete reading has composed the look-at with the node's other transform elements.
+  if (!reader.IsComplete()) node.SetDefaultR(matrix.GetR());
   camera.SetFocusDistanceSource(KZylCamera::eCameraInterest);
   camera.SetSpecificDistance((interest - position).Length());
 }

@@ -41,4 +41,11 @@ bool RetargetClustersToJoint(const NodeImportContext& context, KZylNode& joint, 
 // joint's matrix; a pose without the joint gives a warning.
 void RetargetBindPosesToJoint(const NodeImportContext& context, KZylNode& joint);
 
+// The complete reading's transform: the node's local matrix becomes the product of its
+// transform elements in document order. The translation, rotation, scaling and pivots already
+// read stay when they give that product; otherwise the node takes the product's translation,
+// rotation and scaling, without pivots, and a product with shear gives a warning once. Each
+// `matrix` element with a sid is registered as an animation target.
+void ComposeTransformStack(const NodeImportContext& context, const DaeElement* nodeElement, KZylNode& node);
+
 }  // namespace zylsdk

@@ -11,6 +11,7 @@
 #include "reader/dom/dom.h"
 #include "reader/dom/numbers.h"
 #include "reader/nodes/element_numbers.h"
+#include "reader/nodes/node_steps.h"
 
 namespace zylsdk {
 namespace {
@@ -119,7 +120,8 @@ bool KZylReaderCollada::ImportTransforms(DaeElement* nodeElement, KZylNode* node
       node->SetDefaultS(ReadXYZ(child, node->GetDefaultS()));
       registerTargets("scale", 0, 2);
     } else if (DAE_IsElement(child, "skew")) {
-      WarnOnce("skew", "transform is not supported by ZYL: skew");
+      // The complete reading composes it with the other elements.
+      if (!mComplete) WarnOnce("skew", "transform is not supported by ZYL: skew");
     } else if (DAE_IsElement(child, "translate")) {
       if (sid == "rotatePivot") {
         node->SetRotationPivot(eSourcePivot, ReadXYZ(child, node->GetRotationPivot(eSourcePivot)));
@@ -151,6 +153,7 @@ bool KZylReaderCollada::ImportTransforms(DaeElement* nodeElement, KZylNode* node
     }
   }
   node->SetRotationOrder(eSourcePivot, ExtrapolateRotationOrder(positions, count));
+  if (mComplete) ComposeTransformStack(NodeImportContext{*this, *mState, mStatus}, nodeElement, *node);
   return true;
 }
 

@@ -74,7 +74,7 @@ std::string ParamName(const ::testing::TestParamInfo<std::tuple<CostlyKind, bool
 const CostlyKind kBoundedKinds[] = {CostlyKind::kVisualSceneInstances, CostlyKind::kUnknownChannelTargets,
                                     CostlyKind::kDescendingKeyTimes,   CostlyKind::kSharedSampler,
                                     CostlyKind::kManyMorphTargets,     CostlyKind::kRepeatedNormalInputs,
-                                    CostlyKind::kLargeFloatArray};
+                                    CostlyKind::kLargeFloatArray,      CostlyKind::kMatrixChannels};
 
 INSTANTIATE_TEST_SUITE_P(Documents, ReadCost,
                          ::testing::Combine(::testing::ValuesIn(kBoundedKinds), ::testing::Bool()),

@@ -111,6 +111,30 @@ std::string ChannelsOnNodes(size_t count, const char* prefix) {
   });
 }
 
+std::string MatrixNodes(size_t count) {
+  return Repeat(count, [](size_t i) {
+    return "<node id=\"n" + std::to_string(i) + "\" name=\"n" + std::to_string(i) +
+           "\"><matrix sid=\"m\">1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1</matrix></node>";
+  });
+}
+
+// Nodes with a matrix each; every other channel animates a whole matrix (sampler "w", four
+// matrices), the others one entry of it (sampler "s").
+std::string MatrixChannels(size_t n) {
+  std::string matrices;
+  for (int k = 0; k < 4; ++k) matrices += "1 0 0 " + std::to_string(k) + " 0 1 0 0 0 0 1 0 0 0 0 1 ";
+  const std::string wholeSampler = FloatSource("w-in", "0 1 2 3", 4, 1, "TIME") +
+                                   FloatSource("w-out", matrices, 4, 16, "T") +
+                                   "<sampler id=\"w\"><input semantic=\"INPUT\" source=\"#w-in\"/><input "
+                                   "semantic=\"OUTPUT\" source=\"#w-out\"/></sampler>\n";
+  const std::string channels = Repeat(n, [](size_t i) {
+    const bool whole = i % 2 == 0;
+    return std::string("<channel source=\"#") + (whole ? "w" : "s") + "\" target=\"n" + std::to_string(i) +
+           (whole ? "/m" : "/m(0)(3)") + "\"/>";
+  });
+  return AnimatedScene(MatrixNodes(n), SharedSampler(4, 0.0, 1.0) + wholeSampler + channels);
+}
+
 std::string VisualSceneInstances(size_t n) {
   const std::string libraries = "<library_geometries>" + Triangle() + "</library_geometries><library_controllers>" +
                                 Skin(2) + "</library_controllers>";
@@ -204,6 +228,7 @@ Generator GeneratorOf(CostlyKind kind) {
     case CostlyKind::kRepeatedNormalInputs: return RepeatedNormalInputs;
     case CostlyKind::kEmptyNodes: return EmptyNodes;
     case CostlyKind::kLargeFloatArray: return LargeFloatArray;
+    case CostlyKind::kMatrixChannels: return MatrixChannels;
   }
   return EmptyNodes;
 }
@@ -214,7 +239,7 @@ std::vector<CostlyKind> AllCostlyKinds() {
   return {CostlyKind::kVisualSceneInstances, CostlyKind::kUnknownChannelTargets, CostlyKind::kDescendingKeyTimes,
           CostlyKind::kSharedSampler,        CostlyKind::kManyAttributes,        CostlyKind::kLongSamplerManyChannels,
           CostlyKind::kManyMorphTargets,     CostlyKind::kInstancedSkin,         CostlyKind::kRepeatedNormalInputs,
-          CostlyKind::kEmptyNodes,           CostlyKind::kLargeFloatArray};
+          CostlyKind::kEmptyNodes,           CostlyKind::kLargeFloatArray,       CostlyKind::kMatrixChannels};
 }
 
 const char* CostlyName(CostlyKind kind) {
@@ -230,6 +255,7 @@ const char* CostlyName(CostlyKind kind) {
     case CostlyKind::kRepeatedNormalInputs: return "RepeatedNormalInputs";
     case CostlyKind::kEmptyNodes: return "EmptyNodes";
     case CostlyKind::kLargeFloatArray: return "LargeFloatArray";
+    case CostlyKind::kMatrixChannels: return "MatrixChannels";
   }
   return "";
 }

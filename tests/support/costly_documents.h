@@ -24,6 +24,7 @@ enum class CostlyKind {
   kRepeatedNormalInputs,     // triangles with the same NORMAL input again and again
   kEmptyNodes,               // nothing but empty nodes
   kLargeFloatArray,          // one long float_array in a mesh
+  kMatrixChannels,           // channels on the matrices of many nodes, whole or one entry
 };
 
 // Every kind, in the order above.

@@ -28,18 +28,12 @@ const std::vector<PeerException> kExceptions = {
     {"cts/node_matrix_cube7.dae", Kind::eKitLimit,
      "the node's matrix shears (its rows are not orthogonal); a node holds translation, rotation and "
      "scaling, which cannot express a shear."},
-    {"bullet3/colladaphysics_spherebox.dae", Kind::eReadingToCome,
-     "transforms compose in document order: nodes nxRigidBody1, 3, 4 and 5 rotate about X before they "
-     "translate, so the translation must be rotated too; it is applied unrotated (top of the box at "
-     "z 5.33 instead of 8.13)."},
     {"assimp/cube_emptyTags.dae", Kind::eReadingToCome, "a missing asset in library_cameras is fatal."},
     {"bullet3/kuka_lwr_jr3_stabilo_sketchup.dae", Kind::eReadingToCome,
      "a library after the visual scene that uses it is not found (#ID2)."},
     {"gazebo_models/cafe_sketchup.dae", Kind::eReadingToCome,
      "a library after the visual scene that uses it is not found (#ID566)."},
-    {"collada_robots/unimation_pumaarm_v15.dae", Kind::eReadingToCome, "instance_node is fatal."},
     {"gazebo_models/cessna_body_sketchup.dae", Kind::eReadingToCome, "instance_node is fatal."},
-    {"pycollada/wam_openrave_v15.dae", Kind::eReadingToCome, "instance_node is fatal."},
     {"cts/morph_on_morph.dae", Kind::eReadingToCome,
      "a morph whose source is another controller (#morph1) is fatal."},
 };

@@ -10,12 +10,14 @@
 
 namespace zyltest {
 
-// A float source `id` holding `values`, read through one accessor param per name in `params`
-// (the stride is the number of params).
+// A float source `id` holding `values`, read through one accessor param of `type` ("float" or
+// "float4x4") per name in `params` (the stride is the number of values they take).
 inline std::string FloatSource(const std::string& id, const std::string& values,
-                               const std::vector<std::string>& params = {"X"}) {
-  std::string accessor = "<accessor source=\"#" + id + "-array\" stride=\"" + std::to_string(params.size()) + "\">";
-  for (const std::string& name : params) accessor += "<param name=\"" + name + "\" type=\"float\"/>";
+                               const std::vector<std::string>& params = {"X"}, const std::string& type = "float") {
+  const size_t width = type == "float4x4" ? 16 : 1;
+  std::string accessor =
+      "<accessor source=\"#" + id + "-array\" stride=\"" + std::to_string(params.size() * width) + "\">";
+  for (const std::string& name : params) accessor += "<param name=\"" + name + "\" type=\"" + type + "\"/>";
   return "<source id=\"" + id + "\"><float_array id=\"" + id + "-array\">" + values +
          "</float_array><technique_common>" + accessor + "</accessor></technique_common></source>";
 }
@@ -35,6 +37,7 @@ struct Keys {
   std::string inTangents{};
   std::string outTangents{};
   std::vector<std::string> params = {"X"};  // of the output
+  std::string type = "float";               // of the output's params
 };
 
 // The sources, sampler "<id>-sampler" and channel of one animation channel on `target`,
@@ -42,7 +45,7 @@ struct Keys {
 inline std::string ChannelBody(const std::string& id, const std::string& target, const Keys& keys) {
   std::string sources = FloatSource(id + "-input", keys.times, {"TIME"});
   std::string inputs = "<input semantic=\"INPUT\" source=\"#" + id + "-input\"/>";
-  sources += FloatSource(id + "-output", keys.values, keys.params);
+  sources += FloatSource(id + "-output", keys.values, keys.params, keys.type);
   inputs += "<input semantic=\"OUTPUT\" source=\"#" + id + "-output\"/>";
   if (!keys.inTangents.empty()) {
     sources += FloatSource(id + "-in", keys.inTangents, keys.params);
