@@ -75,8 +75,10 @@ TEST_F(ManySlotsBindingTest, ABoundSlotAnswersToItsNewName) {
   // Slot 7 now holds "red", before the placeholder "red" of slot 40: it is rebound first.
   EXPECT_EQ(slots[7], blue);
   EXPECT_EQ(slots[kSlots], blue);
-  for (int i = 0; i < kSlots; ++i)
-    if (i != 7) EXPECT_EQ(slots[i]->GetName(), "s" + std::to_string(i));
+  for (int i = 0; i < kSlots; ++i) {
+    if (i == 7) continue;
+    EXPECT_EQ(slots[i]->GetName(), "s" + std::to_string(i));
+  }
   EXPECT_EQ(CountMessage("Warning: material of symbol red not found for node n"), 0);
 }
 
