@@ -145,6 +145,27 @@ bool LibxmlTree(const std::string& path) {
   return document != nullptr;
 }
 
+// The process's peak resident memory in kilobytes, from the kernel's high-water mark of its
+// address space. The parent's wait4 cannot give it: a process's maximum resident size survives
+// exec, so it would report the benchmark's own size at the fork.
+long PeakKilobytes() {
+  FILE* status = std::fopen("/proc/self/status", "r");
+  long peak = 0;
+  char line[256];
+  while (status && std::fgets(line, sizeof line, status))
+    if (std::sscanf(line, "VmHWM: %ld kB", &peak) == 1) break;
+  if (status) std::fclose(status);
+  return peak;
+}
+
+// Ends a child: prints its peak memory and the scene's size, then exits with whether the read
+// succeeded.
+[[noreturn]] void EndChild(bool ok, size_t sceneBytes) {
+  std::printf("%ld %zu\n", PeakKilobytes(), sceneBytes);
+  std::fflush(stdout);
+  _exit(ok ? 0 : 1);
+}
+
 size_t HeapInUse() {
   const struct mallinfo2 heap = mallinfo2();
   return heap.uordblks + heap.hblkhd;
@@ -157,9 +178,7 @@ size_t HeapInUse() {
   zylsdk::KZylSdkManager manager;
   const zylsdk::ColladaReadResult read = zylsdk::ReadColladaFile(manager, path.c_str());
   const size_t after = HeapInUse();
-  std::printf("%zu\n", after > before ? after - before : 0);
-  std::fflush(stdout);
-  _exit(read.ok ? 0 : 1);
+  EndChild(read.ok, after > before ? after - before : 0);
 }
 
 #ifdef ZYL_HAVE_PEER
@@ -179,8 +198,7 @@ struct Measurement {
   double sceneMegabytes = 0.0;
 };
 
-// Child side: one read of the file by one way, then the process ends; the exit status says
-// whether the read succeeded.
+// Child side: one read of the file by one way, then the process ends (EndChild).
 [[noreturn]] void RunWay(const std::string& way, const std::string& path) {
   bool ok = true;
   if (way == "sax") {
@@ -196,7 +214,7 @@ struct Measurement {
   } else if (way != "none") {
     _exit(3);
   }
-  _exit(ok ? 0 : 1);
+  EndChild(ok, 0);
 }
 
 double Seconds(const timeval& time) { return static_cast<double>(time.tv_sec) + time.tv_usec / 1e6; }
@@ -224,8 +242,11 @@ Measurement RunChild(const char* self, const std::string& way, const std::string
   result.available = true;
   result.ok = WEXITSTATUS(status) == 0;
   result.seconds = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
-  result.megabytes = static_cast<double>(usage.ru_maxrss) / 1024.0;
-  if (length > 0) result.sceneMegabytes = std::strtod(buffer, nullptr) / 1e6;
+  long peakKilobytes = 0;
+  size_t sceneBytes = 0;
+  if (length <= 0 || std::sscanf(buffer, "%ld %zu", &peakKilobytes, &sceneBytes) != 2) return Measurement();
+  result.megabytes = static_cast<double>(peakKilobytes) / 1024.0;
+  result.sceneMegabytes = static_cast<double>(sceneBytes) / 1e6;
   return result;
 }
 

@@ -61,9 +61,14 @@ bool KZylReaderCollada::ImportAnyGeometry(DaeElement* geometry) {
       WarnOnce(name, KString("geometry kind not read: ") + name);
   }
   DaeElement* meshElement = MeshElementOf(geometry);
+  // Registered without an attribute, so that its instances read without one.
   if (!meshElement) {
-    // Registered without an attribute, so that its instances read without one.
     AddNotificationWarning("no mesh found for library " + id);
+    mState->nodeAttributes.Add(id, nullptr);
+    return true;
+  }
+  if (!findChildByType(meshElement, "vertices")) {
+    AddNotificationWarning("mesh of " + id + " has no <vertices>: read without geometry");
     mState->nodeAttributes.Add(id, nullptr);
     return true;
   }

@@ -104,6 +104,11 @@ bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial
   }
   const int found = context.state.materials.Find(target.Mid(1));
   if (found < 0) {
+    // The complete reading leaves the slot's placeholder material in place.
+    if (complete) {
+      reader.AddNotificationWarning("instance of a missing element not read: " + target);
+      return true;
+    }
     // The message ends in the digit 1, as it always has.
     reader.AddNotificationError("Library not found: " + target + 1);
     return false;

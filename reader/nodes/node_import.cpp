@@ -73,6 +73,11 @@ bool ImportInstance(const NodeImportContext& context, DaeElement* instance, DaeE
   } else {
     const ControllerRecord* controller = context.state.controllers.Lookup(id);
     if (!controller) {
+      // The complete reading keeps the node, without what the instance names.
+      if (reader.IsComplete()) {
+        reader.AddNotificationWarning("instance of a missing element not read: " + DAE_GetProperty(instance, "url"));
+        return true;
+      }
       reader.AddNotificationError("Library not found: " + DAE_GetProperty(instance, "url"));
       return false;
     }

@@ -72,5 +72,48 @@ TEST(CompleteStructure, AnUnknownGenericLibraryIsSkipped) {
   EXPECT_EQ(CountMessage(read, "Warning: unknown element <library> skipped"), 1);
 }
 
+TEST(CompleteStructure, AnInstanceOfAMissingElementLeavesItsNodeWithAWarning) {
+  const std::string document =
+      Document("<asset/>" + kGeometries +
+               "<library_visual_scenes><visual_scene id=\"vs\"><node id=\"eye\"><instance_camera url=\"#nowhere\"/>"
+               "</node><node id=\"n\"><instance_geometry url=\"#g\"/></node></visual_scene></library_visual_scenes>" +
+               kScene);
+  const zyldae::ReadResult read = ReadText(document, Complete());
+  ASSERT_TRUE(read.ok);
+  EXPECT_EQ(CountMessage(read, "Warning: instance of a missing element not read: #nowhere"), 1);
+  EXPECT_EQ(read.scene->GetRootNode()->GetChildCount(), 2);
+  const zyldae::ReadResult byDefault = ReadText(document);
+  EXPECT_FALSE(byDefault.ok);
+  EXPECT_EQ(CountMessage(byDefault, "ERROR: Library not found: #nowhere"), 1);
+}
+
+TEST(CompleteStructure, ABindingToAMissingMaterialKeepsThePlaceholder) {
+  const std::string document =
+      Document("<asset/><library_geometries>" +
+               Geometry("g", Mesh(SquarePositions() + PositionVertices() + "<triangles material=\"m\">" +
+                                  VertexInput() + "<p>0 1 2</p></triangles>")) +
+               "</library_geometries><library_visual_scenes><visual_scene id=\"vs\"><node id=\"n\">"
+               "<instance_geometry url=\"#g\"><bind_material><technique_common>"
+               "<instance_material symbol=\"m\" target=\"#gone\"/></technique_common></bind_material>"
+               "</instance_geometry></node></visual_scene></library_visual_scenes>" +
+               kScene);
+  const zyldae::ReadResult read = ReadText(document, Complete());
+  ASSERT_TRUE(read.ok);
+  EXPECT_EQ(CountMessage(read, "Warning: instance of a missing element not read: #gone"), 1);
+  const zyldae::ReadResult byDefault = ReadText(document);
+  EXPECT_FALSE(byDefault.ok);
+  EXPECT_EQ(CountMessage(byDefault, "ERROR: Library not found: #gone1"), 1);
+}
+
+TEST(CompleteStructure, AMeshWithoutVerticesReadsWithoutGeometry) {
+  const std::string document =
+      Document("<asset/><library_geometries><geometry id=\"g\"><mesh/></geometry></library_geometries>" +
+               kVisualScenes + kScene);
+  const zyldae::ReadResult read = ReadText(document, Complete());
+  ASSERT_TRUE(read.ok);
+  EXPECT_EQ(CountMessage(read, "Warning: mesh of g has no <vertices>: read without geometry"), 1);
+  EXPECT_FALSE(ReadText(document).ok);
+}
+
 }  // namespace
 }  // namespace zyltest
