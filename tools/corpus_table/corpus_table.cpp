@@ -190,8 +190,7 @@ int main(int argc, char** argv) {
   std::printf("\n## Complete reading against Assimp\n\n");
   std::printf("Documents Assimp reads on which the complete reading has fewer triangles, nodes or\n");
   std::printf("materials, or a different world box, each with its reason: Assimp's figure is the wrong\n");
-  std::printf("one, the kit cannot represent what the document holds, or a part of the complete reading\n");
-  std::printf("is not built yet.\n\n");
+  std::printf("one, or the kit cannot represent what the document holds.\n\n");
   PrintShortfalls(documents);
 
   PrintNotifications("Notifications", documents, &DocumentReadings::normal);

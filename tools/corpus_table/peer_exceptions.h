@@ -12,7 +12,6 @@ struct PeerException {
   enum Kind {
     ePeerWrong,      // the peer's figure is the wrong one
     eKitLimit,       // the document holds what the kit cannot represent
-    eReadingToCome,  // a part of the complete reading not built yet
   };
   const char* document;  // relative to the corpus folder
   Kind kind;
