@@ -162,5 +162,15 @@ TEST(ZyldaeInfo, AnEmptySceneHasNoBoundingBox) {
   EXPECT_TRUE(Has(run.out, "Bounding box (world): none (no mesh has a point)\n")) << run.out;
 }
 
+TEST(ZyldaeDump, CompactIsOneLineWithTheSameContent) {
+  TempFile file(PlacedMeshDocument());
+  const ToolRun indented = RunTool("dump " + file.Path());
+  const ToolRun compact = RunTool("dump --compact " + file.Path());
+  ASSERT_EQ(compact.status, 0);
+  EXPECT_EQ(Lines(compact.out), 1);
+  EXPECT_LT(compact.out.size(), indented.out.size());
+  EXPECT_EQ(zyldae::Json::parse(compact.out), zyldae::Json::parse(indented.out));
+}
+
 }  // namespace
 }  // namespace zyltest

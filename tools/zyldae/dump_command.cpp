@@ -14,13 +14,15 @@ struct DumpOptions {
   std::vector<std::string> files;
   ReadSettings settings;
   bool brief = false;
+  bool compact = false;
 };
 
 // Each dump is written as the scene is walked, straight to standard output: nothing of it is
 // held in memory.
 int RunDump(const DumpOptions& options) {
   ReadTally tally;
-  JsonStreamWriter writer(std::cout);
+  // Indentation grows with depth: compact output stays proportionate to a deep scene.
+  JsonStreamWriter writer(std::cout, options.compact ? 0 : 2);
   const bool several = options.files.size() != 1;
   if (several) writer.BeginArray(false);
   int status = ReadEach(
@@ -42,6 +44,7 @@ void AddDumpCommand(CLI::App& app, int& status) {
   CLI::App* dump = app.add_subcommand("dump", "Write each read as JSON");
   dump->add_option("FILE", options->files, "The .dae files; - for standard input")->required();
   dump->add_flag("--brief", options->brief, "Leave out the long arrays, keep their counts");
+  dump->add_flag("--compact", options->compact, "No indentation and no line breaks inside a document");
   dump->add_flag("--complete", options->settings.complete,
                  "Read everything the kit can represent (read option COMPLETE)");
   dump->callback([options, &status] { status = RunDump(*options); });
