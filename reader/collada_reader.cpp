@@ -11,7 +11,8 @@ const char* const kTakeName = "Take 001";
 }  // namespace
 
 void RegisterColladaReader(KZylSdkManager& manager) {
-  manager.RegisterReader("dae", [](KZylSdkManager& m) { return std::make_unique<KZylReaderCollada>(m); });
+  for (const char* extension : {"dae", "zae"})
+    manager.RegisterReader(extension, [](KZylSdkManager& m) { return std::make_unique<KZylReaderCollada>(m); });
 }
 
 KZylReaderCollada::KZylReaderCollada(KZylSdkManager& manager)
@@ -85,6 +86,7 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   DecompressionLimits limits;
   if (KZylProperty ratio = options->GetOption("GZIP RATIO"); ratio.IsValid()) limits.ratio = ratio.GetInt();
   if (KZylProperty floor = options->GetOption("GZIP FLOOR"); floor.IsValid()) limits.floorBytes = floor.GetInt();
+  limits.zaeArchives = mComplete;
   mDocument = ParseXmlFile(mFileName, &xmlFailure, limits);
   mXmlFailure.reset();
   if (!mDocument) mXmlFailure = xmlFailure;

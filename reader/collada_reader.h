@@ -21,7 +21,8 @@
 //   }
 //
 // CreateReader takes an extension or a file name: by file name, a reader exists only for names
-// ending in ".dae". The reader must not outlive its manager.
+// ending in ".dae" or ".zae" (a zip archive of a document, read by the complete reading). The
+// reader must not outlive its manager.
 //
 // What the kit cannot represent is reported as a warning ("Warning: ...") to the manager's user
 // notification and skipped; structural faults of the document are reported as errors
@@ -34,7 +35,7 @@
 
 namespace zylsdk {
 
-// Registers the COLLADA reader with the manager for the extension "dae".
+// Registers the COLLADA reader with the manager for the extensions "dae" and "zae".
 void RegisterColladaReader(KZylSdkManager& manager);
 
 // The reader's own read option (a bool, false when absent): read completely, that is read

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string>
 
+#include "reader/zae_input.h"
+
 namespace zylsdk {
 namespace {
 
@@ -61,7 +63,6 @@ class GzipInput : public DocumentInput {
   bool mReady = false;
   bool mEnded = false;
   int64_t mCap;
-  int64_t mProduced = 0;
   unsigned char mCompressed[64 * 1024];
 };
 
@@ -88,14 +89,7 @@ int GzipInput::Read(char* buffer, int length) {
       return -1;  // corrupt data, or no progress possible
     }
   }
-  const int produced = length - static_cast<int>(mStream.avail_out);
-  mProduced += produced;
-  if (mProduced > mCap) {
-    mRefusal = KString("the compressed document unpacks to more than ") + KString(std::to_string(mCap)) +
-               " bytes, the limit for its size";
-    return -1;
-  }
-  return produced;
+  return CountOutput(length - static_cast<int>(mStream.avail_out), mCap);
 }
 
 }  // namespace
@@ -107,6 +101,14 @@ int64_t DecompressionLimits::CapFor(int64_t compressedBytes) const {
 }
 
 DocumentInput::~DocumentInput() { std::fclose(mFile); }
+
+int DocumentInput::CountOutput(int count, int64_t cap) {
+  mProduced += count;
+  if (mProduced <= cap) return count;
+  mRefusal = KString("the compressed document unpacks to more than ") + KString(std::to_string(cap)) +
+             " bytes, the limit for its size";
+  return -1;
+}
 
 std::unique_ptr<DocumentInput> DocumentInput::Open(const KString& path, const DecompressionLimits& limits,
                                                    KString& refusal) {
@@ -121,7 +123,9 @@ std::unique_ptr<DocumentInput> DocumentInput::Open(const KString& path, const De
     std::fclose(file);
     return nullptr;
   }
-  if (StartsWith(start, count, kGzipMagic)) return std::make_unique<GzipInput>(file, limits.CapFor(std::max<int64_t>(0, size)));
+  const int64_t cap = limits.CapFor(std::max<int64_t>(0, size));
+  if (StartsWith(start, count, kGzipMagic)) return std::make_unique<GzipInput>(file, cap);
+  if (limits.zaeArchives && StartsAsZip(start, count)) return OpenZaeDocument(file, path, cap, refusal);
   return std::make_unique<PlainInput>(file, std::max<int64_t>(0, size));
 }
 

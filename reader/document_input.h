@@ -4,7 +4,8 @@
 //
 // A gzip file is decompressed here, explicitly and within a bound: its output may reach
 // max(floor, ratio x the compressed size) bytes and no more. Other compressed forms (xz, lzma)
-// are refused. Either refusal comes with a message of its own.
+// are refused. Either refusal comes with a message of its own. A .zae archive (a zip whose
+// manifest.xml names the document) is opened when asked for, through libzip.
 
 #include <cstdint>
 #include <cstdio>
@@ -14,11 +15,14 @@
 
 namespace zylsdk {
 
-// How much a compressed document may unpack to. The defaults let honest documents through
-// (text compresses about 4 to 10 times) and stop a small file from unpacking to gigabytes.
+// How compressed documents are taken. The limits let honest documents through (text
+// compresses about 4 to 10 times) and stop a small file from unpacking to gigabytes.
 struct DecompressionLimits {
   int64_t ratio = 50;                  // output bytes per compressed byte
   int64_t floorBytes = 64 << 20;       // always allowed, whatever the compressed size
+  // Whether a zip file is opened as a .zae archive: the document its manifest.xml names as
+  // <dae_root> is read, within the same bound. Otherwise a zip is handed to the parser as it is.
+  bool zaeArchives = false;
   int64_t CapFor(int64_t compressedBytes) const;
 };
 
@@ -39,8 +43,12 @@ class DocumentInput {
 
  protected:
   explicit DocumentInput(FILE* file) : mFile(file) {}
+  // Counts `count` more bytes of unpacked output: `count`, or -1 once the output passes `cap`
+  // (Refusal() then says so).
+  int CountOutput(int count, int64_t cap);
   FILE* mFile;
   KString mRefusal;
+  int64_t mProduced = 0;
 };
 
 }  // namespace zylsdk

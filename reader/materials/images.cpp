@@ -37,14 +37,24 @@ DaeElement* FindParameter(const DaeElement* from, const KString& sid, const char
 }
 
 // The image a `texture` element names: directly, or through a `sampler2D` parameter of the
-// effect whose `source` surface names the image in its `init_from`.
-KString ImageIdOf(const DaeElement* texture) {
+// effect whose `source` surface names the image in its `init_from`. The complete reading also
+// follows COLLADA 1.5's `instance_image` of the sampler.
+KString ImageIdOf(const DaeElement* texture, bool complete) {
   const KString name = DAE_GetProperty(texture, "texture");
   DaeElement* sampler = name.IsEmpty() ? nullptr : FindParameter(texture, name, "sampler2D");
   if (!sampler) return name;
+  if (const DaeElement* image = complete ? findChildByType(sampler, "instance_image") : nullptr)
+    return DAE_GetUrl(image);
   DaeElement* surface = FindParameter(texture, DAE_GetContent(findChildByType(sampler, "source")), "surface");
   DaeElement* initFrom = findChildByType(surface, "init_from");
   return initFrom ? DAE_GetContent(initFrom) : name;
+}
+
+// The address an image's `init_from` gives. COLLADA 1.5 writes it in a `ref` child, which the
+// complete reading reads.
+KString InitFromAddress(const DaeElement* initFrom, bool complete) {
+  if (const DaeElement* ref = complete ? findChildByType(initFrom, "ref") : nullptr) return DAE_GetContent(ref);
+  return DAE_GetContent(initFrom);
 }
 
 }  // namespace
@@ -57,7 +67,7 @@ bool KZylReaderCollada::ImportImage(DaeElement* image) {
     AddNotificationError("Image " + id + " has no input file.");
     return false;
   }
-  KString path = DAE_GetContent(initFrom);
+  KString path = InitFromAddress(initFrom, mComplete);
   if (!RemoveUrlPrefix(path))
     AddNotificationWarning("Image file path " + path +
                            " does not begin with \"./\", \"file://\" or \"file:///\". Some textures might not be loaded.");
@@ -78,7 +88,7 @@ bool KZylReaderCollada::ImportImage(DaeElement* image) {
 
 bool KZylReaderCollada::ImportTexture(DaeElement* textureElement, KString effectId,
                                       KZylLayerElement::ELayerElementType layerKind) {
-  const KString imageId = ImageIdOf(textureElement);
+  const KString imageId = ImageIdOf(textureElement, mComplete);
   // Every reference gets a texture of its own, even when several name one image.
   KZylTexture* texture = KZylTexture::Create(mManager, imageId.Buffer());
   // Without `extra` the texture stays bare: no file, not placed on any mesh (the complete

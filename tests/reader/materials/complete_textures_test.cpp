@@ -102,5 +102,26 @@ TEST(CompleteTextures, EverySlotOfASymbolIsBound) {
   EXPECT_EQ(dump["scene"]["materials"][0]["name"], "mat");
 }
 
+// COLLADA 1.5: the image's address in init_from/ref, the sampler naming its image directly.
+const std::string kVersion15Libraries =
+    "<library_images><image id=\"img\"><init_from>\n  <ref>./wood.png</ref>\n</init_from></image></library_images>"
+    "<library_effects><effect id=\"fx\"><profile_COMMON>"
+    "<newparam sid=\"samp\"><sampler2D><instance_image url=\"#img\"/></sampler2D></newparam>"
+    "<technique sid=\"t\"><phong><diffuse><texture texture=\"samp\" texcoord=\"UVSET1\"/></diffuse></phong>"
+    "</technique></profile_COMMON></effect></library_effects>"
+    "<library_materials><material id=\"mat\"><instance_effect url=\"#fx\"/></material></library_materials>";
+
+TEST(CompleteTextures, Version15ImagesAndSamplersAreFollowed) {
+  const std::string document = SquareMeshScene(TexturedMesh(), Binding(kSet1), kVersion15Libraries);
+  const zyldae::Json dump = DumpText(document, false, Complete());
+  ASSERT_TRUE(dump["ok"]);
+  const zyldae::Json& textures = FirstNodeAttribute(dump)["layers"][1]["textures"]["3"];
+  ASSERT_EQ(textures["direct"].size(), 1u);
+  ASSERT_EQ(dump["scene"]["textures"].size(), 1u);
+  EXPECT_EQ(dump["scene"]["textures"][0]["fileName"], "wood.png");
+  // The default reading binds no texture through a sampler, so this one reaches no scene.
+  EXPECT_TRUE(DumpText(document)["scene"]["textures"].empty());
+}
+
 }  // namespace
 }  // namespace zyltest
