@@ -22,8 +22,10 @@ class ZipFile {
     zip_t* archive = zip_open(mFile.Path().c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
     EXPECT_NE(archive, nullptr);
     if (!archive) return;
+    // libzip reads the buffers when the archive closes: they must not move before.
+    mContents.reserve(entries.size());
     for (const auto& [name, contents] : entries) {
-      mContents.push_back(contents);  // libzip reads the buffer when the archive closes
+      mContents.push_back(contents);
       zip_source_t* source = zip_source_buffer(archive, mContents.back().data(), mContents.back().size(), 0);
       EXPECT_GE(zip_file_add(archive, name.c_str(), source, ZIP_FL_OVERWRITE), 0);
     }
