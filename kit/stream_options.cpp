@@ -15,6 +15,7 @@ KZylStreamOptionsColladaReader::KZylStreamOptionsColladaReader(KZylSdkManager& m
   AddProperty("MAX SCENE INSTANCES", eZylInteger).Set(kDefaultSceneInstances);
   AddProperty("GZIP RATIO", eZylInteger).Set(50);
   AddProperty("GZIP FLOOR", eZylInteger).Set(64 << 20);
+  AddProperty("MAX ATTRIBUTES PER ELEMENT", eZylInteger).Set(kDefaultAttributesPerElement);
 }
 
 void KZylStreamOptionsColladaReader::SetTimeMode(int timeMode, double customFrameRate) {

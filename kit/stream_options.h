@@ -6,7 +6,9 @@
 // instance one visual scene; each instance copies the whole visual scene, so a small document
 // could otherwise ask for an unbounded scene), "GZIP RATIO" and "GZIP FLOOR" (integers, 50 and
 // 64 MiB by default: a gzip document may unpack to max(floor, ratio x its compressed size) bytes,
-// beyond which it is refused) and a time mode with a frame rate.
+// beyond which it is refused), "MAX ATTRIBUTES PER ELEMENT" (integer, 1000 by default: a document
+// with an element of more attributes is refused before the parser spends seconds on the element)
+// and a time mode with a frame rate.
 
 #include "kit/object.h"
 
@@ -26,6 +28,7 @@ class KZylStreamOptionsColladaReader : public KZylStreamOptions {
   KZYL_DECLARE_CLASS(KZylStreamOptionsColladaReader)
  public:
   static constexpr int kDefaultSceneInstances = 16;
+  static constexpr int kDefaultAttributesPerElement = 1000;
 
   // Time modes: 0 is the default (custom) mode, whose rate is the custom frame rate.
   void SetTimeMode(int timeMode, double customFrameRate);

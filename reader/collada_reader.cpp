@@ -83,9 +83,11 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   ResetDocumentState();
   mLeftUnread.clear();
   XmlParseFailure xmlFailure;
-  DecompressionLimits limits;
+  InputLimits limits;
   if (KZylProperty ratio = options->GetOption("GZIP RATIO"); ratio.IsValid()) limits.ratio = ratio.GetInt();
   if (KZylProperty floor = options->GetOption("GZIP FLOOR"); floor.IsValid()) limits.floorBytes = floor.GetInt();
+  if (KZylProperty attributes = options->GetOption("MAX ATTRIBUTES PER ELEMENT"); attributes.IsValid())
+    limits.maxAttributesPerElement = attributes.GetInt();
   limits.zaeArchives = mComplete;
   mDocument = ParseXmlFile(mFileName, &xmlFailure, limits);
   mXmlFailure.reset();

@@ -94,7 +94,7 @@ int GzipInput::Read(char* buffer, int length) {
 
 }  // namespace
 
-int64_t DecompressionLimits::CapFor(int64_t compressedBytes) const {
+int64_t InputLimits::CapFor(int64_t compressedBytes) const {
   const int64_t scaled = compressedBytes > INT64_MAX / std::max<int64_t>(1, ratio) ? INT64_MAX
                                                                                    : compressedBytes * ratio;
   return std::max(floorBytes, scaled);
@@ -110,7 +110,7 @@ int DocumentInput::CountOutput(int count, int64_t cap) {
   return -1;
 }
 
-std::unique_ptr<DocumentInput> DocumentInput::Open(const KString& path, const DecompressionLimits& limits,
+std::unique_ptr<DocumentInput> DocumentInput::Open(const KString& path, const InputLimits& limits,
                                                    KString& refusal) {
   FILE* file = std::fopen(path.Buffer(), "rb");
   if (!file) return nullptr;

@@ -12,14 +12,18 @@
 #include <memory>
 
 #include "kit/kstring.h"
+#include "kit/stream_options.h"
 
 namespace zylsdk {
 
-// How compressed documents are taken. The limits let honest documents through (text
-// compresses about 4 to 10 times) and stop a small file from unpacking to gigabytes.
-struct DecompressionLimits {
-  int64_t ratio = 50;                  // output bytes per compressed byte
+// How the reader takes a document's bytes. The limits let honest documents through (text
+// compresses about 4 to 10 times; no COLLADA element has more than a few attributes) and stop a
+// small file from unpacking to gigabytes or from keeping the parser busy for seconds.
+struct InputLimits {
+  int64_t ratio = 50;                  // unpacked bytes per compressed byte
   int64_t floorBytes = 64 << 20;       // always allowed, whatever the compressed size
+  // The most attributes one element may have; a document with more is refused.
+  int64_t maxAttributesPerElement = KZylStreamOptionsColladaReader::kDefaultAttributesPerElement;
   // Whether a zip file is opened as a .zae archive: the document its manifest.xml names as
   // <dae_root> is read, within the same bound. Otherwise a zip is handed to the parser as it is.
   bool zaeArchives = false;
@@ -30,7 +34,7 @@ class DocumentInput {
  public:
   // The file's input, or null when it cannot be opened or is refused; `refusal` then says why
   // (it stays empty for a file that cannot be opened).
-  static std::unique_ptr<DocumentInput> Open(const KString& path, const DecompressionLimits& limits,
+  static std::unique_ptr<DocumentInput> Open(const KString& path, const InputLimits& limits,
                                              KString& refusal);
   virtual ~DocumentInput();
 

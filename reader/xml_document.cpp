@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "reader/dom/attribute_counter.h"
 #include "reader/dom/tree_builder.h"
 
 namespace zylsdk {
@@ -129,24 +130,37 @@ struct DocDeleter {
   void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
 };
 
-// Where the parser takes its bytes from.
+// Where the parser takes its bytes from, counted on their way.
 struct ByteSource {
-  DocumentInput* file = nullptr;
+  ByteSource(DocumentInput* file, std::string_view memory, const InputLimits& limits)
+      : file(file), memory(memory), attributes(static_cast<size_t>(std::max<int64_t>(0, limits.maxAttributesPerElement))) {}
+  DocumentInput* file;
   std::string_view memory;
+  AttributeCounter attributes;
 };
 
 int ReadBytes(void* context, char* buffer, int length) {
   ByteSource& source = *static_cast<ByteSource*>(context);
-  if (source.file) return source.file->Read(buffer, length);
-  const size_t count = std::min(source.memory.size(), static_cast<size_t>(std::max(0, length)));
-  std::memcpy(buffer, source.memory.data(), count);
-  source.memory.remove_prefix(count);
-  return static_cast<int>(count);
+  int count = 0;
+  if (source.file) {
+    count = source.file->Read(buffer, length);
+  } else {
+    count = static_cast<int>(std::min(source.memory.size(), static_cast<size_t>(std::max(0, length))));
+    std::memcpy(buffer, source.memory.data(), static_cast<size_t>(count));
+    source.memory.remove_prefix(static_cast<size_t>(count));
+  }
+  if (count > 0 && !source.attributes.Scan(buffer, static_cast<size_t>(count))) return -1;
+  return count;
+}
+
+KString TooManyAttributes(const InputLimits& limits) {
+  return KString("an element has more than ") + KString(std::to_string(limits.maxAttributesPerElement)) +
+         " attributes (read option MAX ATTRIBUTES PER ELEMENT)";
 }
 
 int CloseNothing(void*) { return 0; }
 
-DaeDocumentPtr Parse(ByteSource source, size_t inputSize, const char* url, XmlParseFailure* failure) {
+DaeDocumentPtr Parse(ByteSource& source, size_t inputSize, const char* url, XmlParseFailure* failure) {
   std::unique_ptr<xmlParserCtxt, ParserContextDeleter> context(xmlNewParserCtxt());
   if (!context) return nullptr;
   ParseState state(inputSize);
@@ -187,9 +201,22 @@ DaeDocumentPtr Parse(ByteSource source, size_t inputSize, const char* url, XmlPa
   return state.builder.Finish();
 }
 
+// The parsed document, or null with the reader's own refusal of the bytes when there is one.
+DaeDocumentPtr ParseCounted(ByteSource& source, size_t inputSize, const char* url, XmlParseFailure* failure,
+                            const InputLimits& limits) {
+  DaeDocumentPtr document = Parse(source, inputSize, url, failure);
+  if (document || !failure) return document;
+  KString refusal = source.file ? source.file->Refusal() : KString();
+  if (source.attributes.Exceeded()) refusal = TooManyAttributes(limits);
+  if (refusal.IsEmpty()) return document;
+  failure->refused = true;
+  failure->message = refusal;
+  return document;
+}
+
 }  // namespace
 
-DaeDocumentPtr ParseXmlFile(const KString& path, XmlParseFailure* failure, const DecompressionLimits& limits) {
+DaeDocumentPtr ParseXmlFile(const KString& path, XmlParseFailure* failure, const InputLimits& limits) {
   KString refusal;
   std::unique_ptr<DocumentInput> input = DocumentInput::Open(path, limits, refusal);
   if (!input) {
@@ -200,20 +227,13 @@ DaeDocumentPtr ParseXmlFile(const KString& path, XmlParseFailure* failure, const
     }
     return nullptr;
   }
-  ByteSource source;
-  source.file = input.get();
-  DaeDocumentPtr document = Parse(source, static_cast<size_t>(input->SizeBound()), path.Buffer(), failure);
-  if (!document && !input->Refusal().IsEmpty() && failure) {
-    failure->refused = true;
-    failure->message = input->Refusal();
-  }
-  return document;
+  ByteSource source(input.get(), {}, limits);
+  return ParseCounted(source, static_cast<size_t>(input->SizeBound()), path.Buffer(), failure, limits);
 }
 
-DaeDocumentPtr ParseXmlText(std::string_view text, XmlParseFailure* failure) {
-  ByteSource source;
-  source.memory = text;
-  return Parse(source, text.size(), "text.xml", failure);
+DaeDocumentPtr ParseXmlText(std::string_view text, XmlParseFailure* failure, const InputLimits& limits) {
+  ByteSource source(nullptr, text, limits);
+  return ParseCounted(source, text.size(), "text.xml", failure, limits);
 }
 
 }  // namespace zylsdk

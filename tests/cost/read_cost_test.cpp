@@ -67,14 +67,14 @@ std::string ParamName(const ::testing::TestParamInfo<std::tuple<CostlyKind, bool
 }
 
 // The kinds whose cost is bounded today. Still beyond the bounds at 512 KB (see
-// bench/costly_read.cpp): ManyAttributes (libxml2's own check of repeated attributes is
-// quadratic), LongSamplerManyChannels (every channel gets every key: the output itself is
+// bench/costly_read.cpp): LongSamplerManyChannels (every channel gets every key: the output itself is
 // hundreds of times the document), InstancedSkin (every joint looks at every cluster) and
 // EmptyNodes (about 2 KB a node).
 const CostlyKind kBoundedKinds[] = {CostlyKind::kVisualSceneInstances, CostlyKind::kUnknownChannelTargets,
                                     CostlyKind::kDescendingKeyTimes,   CostlyKind::kSharedSampler,
                                     CostlyKind::kManyMorphTargets,     CostlyKind::kRepeatedNormalInputs,
-                                    CostlyKind::kLargeFloatArray,      CostlyKind::kMatrixChannels};
+                                    CostlyKind::kLargeFloatArray,      CostlyKind::kMatrixChannels,
+                                    CostlyKind::kManyAttributes};
 
 INSTANTIATE_TEST_SUITE_P(Documents, ReadCost,
                          ::testing::Combine(::testing::ValuesIn(kBoundedKinds), ::testing::Bool()),

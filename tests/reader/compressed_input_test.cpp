@@ -46,7 +46,7 @@ TEST(CompressedInput, AGzipDocumentPastItsCapIsRefused) {
   // 2 MB of spaces pack into a few kilobytes.
   const std::string bomb = "<COLLADA>" + std::string(2 << 20, ' ') + "</COLLADA>";
   TempFile packed(Gzip(bomb));
-  DecompressionLimits limits;
+  InputLimits limits;
   limits.ratio = 10;
   limits.floorBytes = 1 << 20;
   XmlParseFailure failure;

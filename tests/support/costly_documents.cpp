@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include "kit/stream_options.h"
+
 namespace zyltest {
 
 namespace {
@@ -158,7 +160,13 @@ std::string SharedSamplerChannels(size_t n) {
 }
 
 std::string ManyAttributes(size_t n) {
-  return Scene("<node id=\"n\"" + Repeat(n, [](size_t i) { return " a" + std::to_string(i) + "=\"1\""; }) + "/>");
+  // Elements of as many attributes, their id among them, as the reader takes by default (more
+  // are refused).
+  const size_t perElement = zylsdk::KZylStreamOptionsColladaReader::kDefaultAttributesPerElement;
+  const std::string attributes = Repeat(perElement - 1, [](size_t i) { return " a" + std::to_string(i) + "=\"1\""; });
+  return Scene(Repeat(n, [&attributes](size_t i) {
+    return "<node id=\"n" + std::to_string(i) + "\"" + attributes + "/>";
+  }));
 }
 
 std::string LongSamplerManyChannels(size_t n) {

@@ -17,7 +17,7 @@ enum class CostlyKind {
   kUnknownChannelTargets,    // channels on ids that name nothing, over many nodes
   kDescendingKeyTimes,       // one channel whose key times descend
   kSharedSampler,            // many channels, on many nodes, sharing one sampler
-  kManyAttributes,           // one element with a great many attributes
+  kManyAttributes,           // elements of as many attributes as the reader takes
   kLongSamplerManyChannels,  // one sampler of many keys on many channels
   kManyMorphTargets,         // a morph of many targets, instanced
   kInstancedSkin,            // a skin of many joints instanced many times

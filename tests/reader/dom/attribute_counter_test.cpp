@@ -1,0 +1,66 @@
+// The attribute count of start tags, taken from a document's bytes before the parser sees them.
+
+#include "reader/dom/attribute_counter.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using zylsdk::AttributeCounter;
+
+// Whether `bytes`, scanned in pieces of `piece` bytes, stay within `maxAttributes` a tag.
+bool WithinLimit(const std::string& bytes, size_t maxAttributes, size_t piece) {
+  AttributeCounter counter(maxAttributes);
+  for (size_t at = 0; at < bytes.size(); at += piece)
+    if (!counter.Scan(bytes.data() + at, std::min(piece, bytes.size() - at))) return false;
+  return true;
+}
+
+// A start tag with `count` attributes.
+std::string Tag(size_t count) {
+  std::string tag = "<node";
+  for (size_t i = 0; i < count; ++i) tag += " a" + std::to_string(i) + "=\"1\"";
+  return tag + "/>";
+}
+
+TEST(AttributeCounter, CountsTheAttributesOfEachStartTag) {
+  for (size_t piece : {size_t{1}, size_t{3}, size_t{4096}}) {
+    EXPECT_TRUE(WithinLimit(Tag(3) + Tag(3) + "<a/>", 3, piece)) << piece;
+    EXPECT_FALSE(WithinLimit(Tag(2) + Tag(4), 3, piece)) << piece;
+  }
+}
+
+TEST(AttributeCounter, EqualSignsInValuesAndTextAreNotAttributes) {
+  EXPECT_TRUE(WithinLimit("<a b=\"x=y=z\" c='=='>1 = 2 = 3</a>", 2, 1));
+  EXPECT_FALSE(WithinLimit("<a b=\"x=y=z\" c='==' d='x'>1 = 2</a>", 2, 1));
+}
+
+TEST(AttributeCounter, CommentsSectionsInstructionsAndDeclarationsAreNotTags) {
+  const std::string markup =
+      "<?xml version=\"1.0\" encoding=\"utf-8\"?>"
+      "<!DOCTYPE COLLADA [<!ATTLIST node x CDATA \"a=b\">]>"
+      "<!-- <node a=1 b=2 c=3> -- still a comment -->"
+      "<a><![CDATA[<node a=1 b=2 c=3> ]] still data ]]></a><?pi a=1 b=2 c=3?></a>";
+  for (size_t piece : {size_t{1}, size_t{2}, size_t{4096}}) EXPECT_TRUE(WithinLimit(markup, 1, piece)) << piece;
+  // After each of them, start tags are counted again.
+  EXPECT_FALSE(WithinLimit(markup + Tag(2), 1, 1));
+}
+
+TEST(AttributeCounter, Utf16MarkupCountsAsUtf8Does) {
+  const std::string utf8 = "<!-- x=1 y=2 --><a b=\"1\" c=\"2\"/>";
+  std::string utf16;
+  for (char c : utf8) utf16 += std::string(1, c) + '\0';
+  EXPECT_TRUE(WithinLimit(utf16, 2, 1));
+  EXPECT_FALSE(WithinLimit(utf16, 1, 1));
+}
+
+TEST(AttributeCounter, StaysExceededOnceExceeded) {
+  AttributeCounter counter(1);
+  EXPECT_FALSE(counter.Scan("<a b='1' c='2'/>", 16));
+  EXPECT_TRUE(counter.Exceeded());
+  EXPECT_FALSE(counter.Scan("<a/>", 4));
+}
+
+}  // namespace
