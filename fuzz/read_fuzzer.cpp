@@ -32,7 +32,7 @@ const std::string& InputPath() {
 }
 
 void AbortOnViolations(const zylsdk::KZylScene& scene, const std::string& document, bool complete) {
-  const std::vector<std::string> violations = zyltest::SceneViolations(scene, zyltest::ChecksFor(document));
+  const std::vector<std::string> violations = zyltest::SceneViolations(scene, zyltest::ChecksFor(document, complete));
   if (violations.empty()) return;
   std::fprintf(stderr, "scene invariants broken (%s mode):\n", complete ? "complete" : "default");
   for (const std::string& violation : violations) std::fprintf(stderr, "  %s\n", violation.c_str());

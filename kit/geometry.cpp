@@ -186,6 +186,18 @@ void KZylMesh::AddPolygon(int index, int) {
 
 void KZylMesh::EndPolygon() { mPolygonOpen = false; }
 
+int KZylMesh::ClearVerticesOutsideControlPoints() {
+  const int points = GetControlPointsCount();
+  auto outside = [points](int vertex) { return vertex != -1 && (vertex < 0 || vertex >= points); };
+  const std::vector<int>& vertices = mPolygonVertices.Std();
+  const int count = static_cast<int>(std::count_if(vertices.begin(), vertices.end(), outside));
+  // Written only when needed: the array may be shared with the meshes copied from this one.
+  if (count > 0)
+    for (int& vertex : mPolygonVertices.Std())
+      if (outside(vertex)) vertex = -1;
+  return count;
+}
+
 void KZylMesh::CopyPolygonsFrom(const KZylMesh& source) {
   mPolygons = source.mPolygons;
   mPolygonVertices = source.mPolygonVertices;

@@ -153,6 +153,8 @@ class KZylMesh : public KZylGeometry {
   int GetPolygonMaterial(int polygon) const;
   int GetPolygonTexture(int polygon) const;
   int GetPolygonGroup(int polygon) const;
+  // Sets every polygon vertex that indexes no control point to -1; returns how many it set.
+  int ClearVerticesOutsideControlPoints();
 
   // Smooth normals, counter-clockwise winding: each control point gets the normalised sum of
   // the (Newell) normals of the polygons that use it (zero where the sum is zero; indices

@@ -3,8 +3,10 @@
 // materials and textures, each with a mapping mode (what one entry is attached to) and a
 // reference mode (whether entries are read directly or through an index array).
 
+#include <algorithm>
 #include <map>
 #include <memory>
+#include <utility>
 #include <unordered_set>
 #include <vector>
 
@@ -82,6 +84,20 @@ class KZylLayerElementTemplate : public KZylLayerElement {
   ELayerElementType GetKind() const override { return Kind; }
   KArrayTemplate<T>& GetDirectArray() { return mDirectArray; }
   const KArrayTemplate<T>& GetDirectArray() const { return mDirectArray; }
+  // Sets every index that points outside the direct array to -1; returns how many it set. An
+  // element read directly has no indices to check.
+  int ClearIndicesOutsideDirectArray() {
+    if (GetReferenceMode() == eDirect) return 0;
+    const int size = mDirectArray.GetCount();
+    auto outside = [size](int index) { return index != -1 && (index < 0 || index >= size); };
+    const std::vector<int>& indices = std::as_const(GetIndexArray()).Std();
+    const int count = static_cast<int>(std::count_if(indices.begin(), indices.end(), outside));
+    // Written only when needed: the array may be shared with copies of this element.
+    if (count > 0)
+      for (int& index : GetIndexArray().Std())
+        if (outside(index)) index = -1;
+    return count;
+  }
   std::unique_ptr<KZylLayerElement> Clone() const override {
     return std::unique_ptr<KZylLayerElement>(CloneSelf());
   }

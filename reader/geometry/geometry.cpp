@@ -2,6 +2,7 @@
 
 #include "reader/collada_import.h"
 #include "reader/dom/dom.h"
+#include "reader/geometry/index_ranges.h"
 #include "reader/geometry/mesh_sources.h"
 
 namespace zylsdk {
@@ -85,6 +86,10 @@ bool KZylReaderCollada::ImportMesh(DaeElement* meshElement, KZylMesh* mesh) {
   MeshSources sources(meshElement, SourceReadingRules());
   if (!(mStatus = ImportVertices(meshElement, mesh, sources))) return false;
   mStatus = ImportPolygons(meshElement, *mesh, sources);
+  if (mStatus && mComplete) {
+    if (const int cleared = ClearIndicesOutsideArrays(*mesh))
+      AddNotificationWarning(KString(std::to_string(cleared)) + " indices of the mesh point outside their arrays: read as -1");
+  }
   return mStatus;
 }
 

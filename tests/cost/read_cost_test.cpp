@@ -51,7 +51,7 @@ TEST_P(ReadCost, StaysProportionateToTheDocument) {
   const zyldae::ReadResult read = zyldae::ReadDocument(file.Path().c_str(), settings);
   const double seconds = ProcessorSeconds() - start;
   const size_t peak = zyltest::AllocationPeakSinceReset();
-  zyltest::ExpectSceneInvariants(read, zyltest::ChecksFor(document));
+  zyltest::ExpectSceneInvariants(read, zyltest::ChecksFor(document, complete));
 
   EXPECT_TRUE(read.ok) << (read.notifications.empty() ? "" : read.notifications.front().text.Std());
   const double megabytes = static_cast<double>(document.size()) / (1 << 20);

@@ -62,13 +62,13 @@ std::vector<zyldae::ReadSettings> BothModes() { return {zyldae::ReadSettings{}, 
 zyldae::ReadResult ReadText(const std::string& document, const zyldae::ReadSettings& settings) {
   TempFile file(document);
   zyldae::ReadResult read = zyldae::ReadDocument(file.Path().c_str(), settings);
-  ExpectSceneInvariants(read, ChecksFor(document));
+  ExpectSceneInvariants(read, ChecksFor(document, settings.complete));
   return read;
 }
 
 zyldae::ReadResult ReadPath(const std::string& path, const zyldae::ReadSettings& settings) {
   zyldae::ReadResult read = zyldae::ReadDocument(path.c_str(), settings);
-  ExpectSceneInvariants(read, ChecksFor(Slurp(path)));
+  ExpectSceneInvariants(read, ChecksFor(Slurp(path), settings.complete));
   return read;
 }
 

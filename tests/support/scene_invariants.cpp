@@ -106,6 +106,7 @@ class InvariantWalk {
         Report();
       }
     }
+    if (!mChecks.indicesInRange) return;
     for (int vertex : mesh.GetPolygonVertices()) Index(vertex, points, where + " polygon vertex");
   }
 
@@ -138,7 +139,7 @@ class InvariantWalk {
 
   template <class Element>
   void Indices(const Element& element, const std::string& where) {
-    if (element.GetReferenceMode() == KZylLayerElement::eDirect) return;
+    if (element.GetReferenceMode() == KZylLayerElement::eDirect || !mChecks.indicesInRange) return;
     const int direct = element.GetDirectArray().GetCount();
     for (int index : element.GetIndexArray()) Index(index, direct, where + " index");
   }
@@ -235,9 +236,10 @@ bool ModestNumbers(const std::string& text) {
   return true;
 }
 
-InvariantChecks ChecksFor(const std::string& document) {
+InvariantChecks ChecksFor(const std::string& document, bool complete) {
   InvariantChecks checks;
   checks.finite = ModestNumbers(document);
+  checks.indicesInRange = complete;
   return checks;
 }
 

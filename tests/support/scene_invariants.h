@@ -7,9 +7,9 @@
 // Checked:
 //   - the hierarchy: every node below the root has its parent, belongs to the scene and has an
 //     attribute;
-//   - meshes: polygons lie inside the polygon-vertex array, and each polygon vertex indexes the
-//     control points or is -1; every index array of a layer element indexes its direct array
-//     (or is -1); material and texture entries are null or objects the walk of the nodes
+//   - meshes: polygons lie inside the polygon-vertex array, and with `indicesInRange` each
+//     polygon vertex indexes the control points or is -1 and every index array of a layer
+//     element indexes its direct array (or is -1); material and texture entries are null or objects the walk of the nodes
 //     reaches; shapes have their geometry's control-point count;
 //   - skins: cluster indices index the control points and weights and indices pair up. (A
 //     cluster's link and a bind pose's nodes need not be nodes of the scene: the reading keeps
@@ -30,6 +30,9 @@ namespace zyltest {
 
 struct InvariantChecks {
   bool finite = true;
+  // Polygon vertices and layer-element indices inside their arrays (or -1). The traditional
+  // reading keeps a document's indices as it gives them, so only the complete reading promises it.
+  bool indicesInRange = true;
 };
 
 // The broken invariants of `scene`, one line each naming where; empty when all hold. The list
@@ -40,7 +43,8 @@ std::vector<std::string> SceneViolations(const zylsdk::KZylScene& scene, const I
 // "inf" in any case, no exponent of more than two digits and no run of more than 30 digits.
 bool ModestNumbers(const std::string& text);
 
-// The checks that fit a document given as text: finiteness only for modest numbers.
-InvariantChecks ChecksFor(const std::string& document);
+// The checks that fit a document given as text, read in one mode or the other: finiteness
+// only for modest numbers, indices in range only for the complete reading.
+InvariantChecks ChecksFor(const std::string& document, bool complete);
 
 }  // namespace zyltest
