@@ -14,14 +14,14 @@ KZylNode::KZylNode(KZylSdkManager& manager, const char* name) : KZylObject(manag
 
 const KZylNode::PivotSet& KZylNode::Pivots(EPivotSet set) const {
   static const PivotSet defaults;
-  if (set != eDestinationPivot) return mSourcePivots;
-  return mDestinationPivots ? *mDestinationPivots : defaults;
+  const std::unique_ptr<PivotSet>& pivots = PivotsOf(set);
+  return pivots ? *pivots : defaults;
 }
 
 KZylNode::PivotSet& KZylNode::Pivots(EPivotSet set) {
-  if (set != eDestinationPivot) return mSourcePivots;
-  if (!mDestinationPivots) mDestinationPivots = std::make_unique<PivotSet>();
-  return *mDestinationPivots;
+  std::unique_ptr<PivotSet>& pivots = set == eDestinationPivot ? mDestinationPivots : mSourcePivots;
+  if (!pivots) pivots = std::make_unique<PivotSet>();
+  return *pivots;
 }
 
 bool KZylNode::AddChild(KZylNode* child) {
@@ -151,7 +151,7 @@ void KZylNode::CopyFrom(const KZylObject& source) {
   mTranslation = node.mTranslation;
   mRotation = node.mRotation;
   mScaling = node.mScaling;
-  mSourcePivots = node.mSourcePivots;
+  mSourcePivots = node.mSourcePivots ? std::make_unique<PivotSet>(*node.mSourcePivots) : nullptr;
   mDestinationPivots = node.mDestinationPivots ? std::make_unique<PivotSet>(*node.mDestinationPivots) : nullptr;
   mInheritType = node.mInheritType;
   mShadingMode = node.mShadingMode;

@@ -13,6 +13,7 @@
 // offsets, pre- and post-rotation zero; rotation order XYZ; rotation inactive; inherit type
 // RSrs; shading mode hard.
 
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -56,23 +57,25 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
   // Pivot sets: the source set (eSourcePivot) describes the node as read; the destination set
   // is kept for conversions.
   const KZylVector4& GetPreRotation(EPivotSet set) const { return Pivots(set).preRotation; }
-  void SetPreRotation(EPivotSet set, const KZylVector4& v) { Pivots(set).preRotation = v; }
+  void SetPreRotation(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::preRotation, v); }
   const KZylVector4& GetPostRotation(EPivotSet set) const { return Pivots(set).postRotation; }
-  void SetPostRotation(EPivotSet set, const KZylVector4& v) { Pivots(set).postRotation = v; }
+  void SetPostRotation(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::postRotation, v); }
   const KZylVector4& GetRotationPivot(EPivotSet set) const { return Pivots(set).rotationPivot; }
-  void SetRotationPivot(EPivotSet set, const KZylVector4& v) { Pivots(set).rotationPivot = v; }
+  void SetRotationPivot(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::rotationPivot, v); }
   const KZylVector4& GetScalingPivot(EPivotSet set) const { return Pivots(set).scalingPivot; }
-  void SetScalingPivot(EPivotSet set, const KZylVector4& v) { Pivots(set).scalingPivot = v; }
+  void SetScalingPivot(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::scalingPivot, v); }
   const KZylVector4& GetRotationOffset(EPivotSet set) const { return Pivots(set).rotationOffset; }
-  void SetRotationOffset(EPivotSet set, const KZylVector4& v) { Pivots(set).rotationOffset = v; }
+  void SetRotationOffset(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::rotationOffset, v); }
   const KZylVector4& GetScalingOffset(EPivotSet set) const { return Pivots(set).scalingOffset; }
-  void SetScalingOffset(EPivotSet set, const KZylVector4& v) { Pivots(set).scalingOffset = v; }
+  void SetScalingOffset(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::scalingOffset, v); }
   ERotationOrder GetRotationOrder(EPivotSet set) const { return Pivots(set).rotationOrder; }
-  void SetRotationOrder(EPivotSet set, ERotationOrder order) { Pivots(set).rotationOrder = order; }
+  void SetRotationOrder(EPivotSet set, ERotationOrder order) { SetPivotValue(set, &PivotSet::rotationOrder, order); }
   // Whether the node's pre- and post-rotation and rotation order are meant to be used. The
   // kit's matrices always include them; the switch tells exporters that they matter.
   bool GetRotationActive(EPivotSet set = eSourcePivot) const { return Pivots(set).rotationActive; }
-  void SetRotationActive(bool active, EPivotSet set = eSourcePivot) { Pivots(set).rotationActive = active; }
+  void SetRotationActive(bool active, EPivotSet set = eSourcePivot) {
+    SetPivotValue(set, &PivotSet::rotationActive, active);
+  }
 
   ETransformInheritType GetTransformationInheritType() const { return mInheritType; }
   void SetTransformationInheritType(ETransformInheritType type) { mInheritType = type; }
@@ -108,10 +111,23 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
     ERotationOrder rotationOrder = eEulerXYZ;
     bool rotationActive = false;
   };
-  // The destination set is made when first written: until then it reads as the defaults, and
-  // the many nodes that never have one do not carry it.
+  // A pivot set is made when first given a value other than its default: until then it reads
+  // as the defaults, and the many nodes that never have one do not carry it.
   const PivotSet& Pivots(EPivotSet set) const;
   PivotSet& Pivots(EPivotSet set);
+  template <class Value>
+  void SetPivotValue(EPivotSet set, Value PivotSet::*member, const Value& value) {
+    if (!PivotsOf(set) && SameBits(value, PivotSet().*member)) return;
+    Pivots(set).*member = value;
+  }
+  const std::unique_ptr<PivotSet>& PivotsOf(EPivotSet set) const {
+    return set == eDestinationPivot ? mDestinationPivots : mSourcePivots;
+  }
+  // Bit for bit, so that -0 is kept apart from 0.
+  template <class Value>
+  static bool SameBits(const Value& a, const Value& b) {
+    return std::memcmp(&a, &b, sizeof(Value)) == 0;
+  }
 
   friend class KZylScene;
   KZylScene* mOwnerScene = nullptr;  // set on a scene's root node
@@ -121,7 +137,7 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
   KZylVector4 mTranslation{0.0, 0.0, 0.0, 1.0};
   KZylVector4 mRotation{0.0, 0.0, 0.0, 0.0};
   KZylVector4 mScaling{1.0, 1.0, 1.0, 1.0};
-  PivotSet mSourcePivots;
+  std::unique_ptr<PivotSet> mSourcePivots;
   std::unique_ptr<PivotSet> mDestinationPivots;
   ETransformInheritType mInheritType = eInheritRSrs;
   EShadingMode mShadingMode = eHardShading;

@@ -48,9 +48,14 @@ void InitialNumbers(KZylPropertyData& data) {
 
 // ---------------------------------------------------------------- KZylProperty
 
+struct KZylObject::PropertyTable {
+  std::vector<std::unique_ptr<KZylPropertyData>> items;
+  std::unordered_map<KString, int> index;
+};
+
 KZylPropertyData* KZylProperty::Data() const {
   if (!IsValid() || mIndex >= mOwner->GetPropertyCount()) return nullptr;
-  return mOwner->mProperties[static_cast<size_t>(mIndex)].get();
+  return mOwner->mProperties->items[static_cast<size_t>(mIndex)].get();
 }
 
 KZylProperty KZylProperty::Create(KZylObject* owner, const KString& name, EZylType type, const char* label) {
@@ -269,6 +274,18 @@ KZylObject::KZylObject(KZylSdkManager& manager, const char* name) : mManager(&ma
 
 KZylObject::~KZylObject() = default;
 
+int KZylObject::GetPropertyCount() const { return mProperties ? static_cast<int>(mProperties->items.size()) : 0; }
+
+const KError& KZylObject::GetError() const {
+  static const KError none;
+  return mError ? *mError : none;
+}
+
+KError& KZylObject::GetError() {
+  if (!mError) mError = std::make_unique<KError>();
+  return *mError;
+}
+
 KString KZylObject::GetNameWithoutNameSpacePrefix() const {
   int colon = mName.ReverseFind(':');
   return colon < 0 ? mName : mName.Mid(colon + 1);
@@ -280,8 +297,9 @@ KZylProperty KZylObject::GetProperty(int index) const {
 }
 
 KZylProperty KZylObject::FindProperty(const KString& name, bool) const {
-  auto found = mPropertyIndex.find(name);
-  if (found == mPropertyIndex.end()) return KZylProperty();
+  if (!mProperties) return KZylProperty();
+  auto found = mProperties->index.find(name);
+  if (found == mProperties->index.end()) return KZylProperty();
   return KZylProperty(const_cast<KZylObject*>(this), found->second);
 }
 
@@ -290,9 +308,10 @@ KZylProperty KZylObject::AddProperty(const KString& name, EZylType type) {
   data->name = name;
   data->type = type;
   InitialNumbers(*data);
+  if (!mProperties) mProperties = std::make_unique<PropertyTable>();
   int index = GetPropertyCount();
-  mProperties.push_back(std::move(data));
-  mPropertyIndex.emplace(name, index);
+  mProperties->items.push_back(std::move(data));
+  mProperties->index.emplace(name, index);
   return KZylProperty(this, index);
 }
 
@@ -309,7 +328,8 @@ KZylObject* KZylObject::Clone(int) const {
 KZylObject* KZylObject::CreateSameKind(KZylSdkManager&, const char*) const { return nullptr; }
 
 void KZylObject::CopyFrom(const KZylObject& source) {
-  for (const auto& property : source.mProperties) {
+  if (!source.mProperties) return;
+  for (const auto& property : source.mProperties->items) {
     KZylProperty target = FindProperty(property->name);
     if (!target.IsValid()) {
       target = AddProperty(property->name, property->type);

@@ -161,7 +161,7 @@ class KZylObject : public KZylPlug {
   KString GetNameWithoutNameSpacePrefix() const;
 
   // Properties, static (made by the class) and dynamic (added later), in creation order.
-  int GetPropertyCount() const { return static_cast<int>(mProperties.size()); }
+  int GetPropertyCount() const;
   KZylProperty GetProperty(int index) const;
   // The property of that name; an invalid handle when there is none. The flag is accepted for
   // compatibility and has no effect.
@@ -179,10 +179,10 @@ class KZylObject : public KZylPlug {
   // KZylSdkManager::DestroyObjects does the same for many objects in one pass.
   void Destroy();
 
-  const KError& GetError() const { return mError; }
-  KError& GetError() { return mError; }
-  const KString& GetLastErrorString() const { return mError.GetLastErrorString(); }
-  int GetLastErrorID() const { return mError.GetLastErrorID(); }
+  const KError& GetError() const;
+  KError& GetError();
+  const KString& GetLastErrorString() const { return GetError().GetLastErrorString(); }
+  int GetLastErrorID() const { return GetError().GetLastErrorID(); }
 
   virtual KZylObject* CreateSameKind(KZylSdkManager& manager, const char* name) const;
 
@@ -202,12 +202,15 @@ class KZylObject : public KZylPlug {
   friend class KZylSdkManager;
   friend class KZylProperty;
 
+  struct PropertyTable;
+
   KZylSdkManager* mManager;
   uint64_t mUniqueID = 0;
   KString mName;
-  std::vector<std::unique_ptr<struct KZylPropertyData>> mProperties;
-  std::unordered_map<KString, int> mPropertyIndex;
-  KError mError;
+  // Made with the first property or the first error: most objects of a large scene (nodes,
+  // their attributes) have neither, and a scene holds hundreds of thousands of them.
+  std::unique_ptr<PropertyTable> mProperties;
+  std::unique_ptr<KError> mError;
 };
 
 }  // namespace zylsdk
