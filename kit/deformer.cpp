@@ -1,4 +1,6 @@
 #include "kit/deformer.h"
+#include <vector>
+#include <utility>
 
 #include <algorithm>
 
@@ -48,6 +50,25 @@ void KZylCluster::ReserveControlPoints(int count) {
 void KZylCluster::CopyControlPointsFrom(const KZylCluster& source) {
   mIndices = source.mIndices;
   mWeights = source.mWeights;
+}
+
+int KZylCluster::RemoveControlPointsOutside(int pointCount) {
+  auto outside = [pointCount](int index) { return index < 0 || index >= pointCount; };
+  const std::vector<int>& indices = std::as_const(mIndices).Std();
+  if (std::none_of(indices.begin(), indices.end(), outside)) return 0;
+  // Written only when needed: the arrays may be shared with the cluster this one copies.
+  std::vector<int> keptIndices;
+  std::vector<double> keptWeights;
+  const std::vector<double>& weights = std::as_const(mWeights).Std();
+  for (size_t i = 0; i < indices.size(); ++i) {
+    if (outside(indices[i])) continue;
+    keptIndices.push_back(indices[i]);
+    keptWeights.push_back(i < weights.size() ? weights[i] : 0.0);
+  }
+  const int removed = static_cast<int>(indices.size() - keptIndices.size());
+  mIndices.Std() = std::move(keptIndices);
+  mWeights.Std() = std::move(keptWeights);
+  return removed;
 }
 
 void KZylCluster::SetLink(const KZylNode* node) {

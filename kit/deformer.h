@@ -60,6 +60,8 @@ class KZylCluster : public KZylObject {
   // Replaces this cluster's control points and weights by those of `source` (the arrays are
   // shared until one of the clusters changes them).
   void CopyControlPointsFrom(const KZylCluster& source);
+  // Removes the control points outside 0..`pointCount`-1, with their weights; returns how many.
+  int RemoveControlPointsOutside(int pointCount);
 
   const KZylXMatrix& GetTransformMatrix() const { return mTransform; }
   void SetTransformMatrix(const KZylXMatrix& matrix) { mTransform = matrix; }

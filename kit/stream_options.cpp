@@ -16,6 +16,8 @@ KZylStreamOptionsColladaReader::KZylStreamOptionsColladaReader(KZylSdkManager& m
   AddProperty("GZIP RATIO", eZylInteger).Set(50);
   AddProperty("GZIP FLOOR", eZylInteger).Set(64 << 20);
   AddProperty("MAX ATTRIBUTES PER ELEMENT", eZylInteger).Set(kDefaultAttributesPerElement);
+  AddProperty("OUTPUT RATIO", eZylInteger).Set(kDefaultOutputRatio);
+  AddProperty("OUTPUT FLOOR", eZylInteger).Set(kDefaultOutputFloor);
 }
 
 void KZylStreamOptionsColladaReader::SetTimeMode(int timeMode, double customFrameRate) {

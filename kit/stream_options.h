@@ -7,8 +7,11 @@
 // could otherwise ask for an unbounded scene), "GZIP RATIO" and "GZIP FLOOR" (integers, 50 and
 // 64 MiB by default: a gzip document may unpack to max(floor, ratio x its compressed size) bytes,
 // beyond which it is refused), "MAX ATTRIBUTES PER ELEMENT" (integer, 1000 by default: a document
-// with an element of more attributes is refused before the parser spends seconds on the element)
-// and a time mode with a frame rate.
+// with an element of more attributes is refused before the parser spends seconds on the element),
+// "OUTPUT RATIO" and "OUTPUT FLOOR" (integers, 16 and 64 MiB by default: the keys of animation
+// channels and the clusters and bind poses of skin instances may take max(floor, ratio x the
+// document's size) bytes; channels and skins beyond are skipped with a warning) and a time mode
+// with a frame rate.
 
 #include "kit/object.h"
 
@@ -29,6 +32,8 @@ class KZylStreamOptionsColladaReader : public KZylStreamOptions {
  public:
   static constexpr int kDefaultSceneInstances = 16;
   static constexpr int kDefaultAttributesPerElement = 1000;
+  static constexpr int kDefaultOutputRatio = 16;
+  static constexpr int kDefaultOutputFloor = 64 << 20;
 
   // Time modes: 0 is the default (custom) mode, whose rate is the custom frame rate.
   void SetTimeMode(int timeMode, double customFrameRate);

@@ -18,6 +18,7 @@
 #include "reader/dom/dom.h"
 #include "reader/element_index.h"
 #include "reader/id_list.h"
+#include "reader/output_budget.h"
 #include "reader/records.h"
 #include "reader/dom/source.h"
 #include "reader/xml_document.h"
@@ -92,6 +93,10 @@ class KZylReaderCollada : public KZylReader {
   // Adds the warning unless `key` was already reported by this reader; then remembers `key`.
   // True when the warning was added.
   bool WarnOnce(const KString& key, const KString& text);
+  // Takes `bytes` from the read's output budget (reader/output_budget.h); false when they would
+  // pass it: the caller then skips what it was about to make, and `skipped` (what it makes:
+  // "skins") is named in a warning, once per read.
+  bool SpendOutput(int64_t bytes, const char* skipped);
   // What the default reading passed over without a word and the complete reading reads (see
   // ColladaReadResult::leftUnread); counted by CountLeftUnread, emptied by each read.
   const std::vector<std::pair<KString, int>>& GetLeftUnread() const { return mLeftUnread; }
@@ -249,6 +254,9 @@ class KZylReaderCollada : public KZylReader {
     std::shared_ptr<AnimationTargetIndex> animationTargetIndex;
     // Made by the first scene copy; held the same way.
     std::shared_ptr<SceneLinks> sceneLinks;
+    OutputBudget output;
+    // What the budget made the read skip, each named once.
+    std::unordered_set<std::string> outputSkipped;
   };
   const DocumentState& GetState() const { return *mState; }
   bool GetStatus() const { return mStatus; }

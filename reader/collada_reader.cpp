@@ -94,6 +94,13 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   if (!mDocument) mXmlFailure = xmlFailure;
   // The reader's own refusal of the file's bytes says why before the usual failure.
   if (xmlFailure.refused) AddNotificationError(xmlFailure.message);
+  if (mDocument) {
+    const KZylProperty ratio = options->GetOption("OUTPUT RATIO");
+    const KZylProperty floor = options->GetOption("OUTPUT FLOOR");
+    mState->output = OutputBudget(static_cast<int64_t>(mDocument->InputBytes()),
+                                  ratio.IsValid() ? ratio.GetInt() : KZylStreamOptionsColladaReader::kDefaultOutputRatio,
+                                  floor.IsValid() ? floor.GetInt() : KZylStreamOptionsColladaReader::kDefaultOutputFloor);
+  }
   bool ok = mDocument && ReadCollada(scene, mDocument->Root());
   if (!ok) {
     // The same message for a file that is not XML and for a faulty document. A faulty

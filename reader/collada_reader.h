@@ -45,6 +45,10 @@ inline constexpr const char* kColladaOptionComplete = "COMPLETE";
 // How ReadColladaFile reads.
 struct ColladaReadSettings {
   bool complete = false;  // the option kColladaOptionComplete
+  // Integer read options set before the read, by name: the limits ("MAX SCENE INSTANCES",
+  // "MAX ATTRIBUTES PER ELEMENT", "OUTPUT RATIO", "OUTPUT FLOOR", "GZIP RATIO", "GZIP FLOOR").
+  // A name the reader does not have fails the read, before the file is read.
+  std::vector<std::pair<KString, int>> integerOptions;
 };
 
 // What ReadColladaFile did.

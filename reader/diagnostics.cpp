@@ -1,5 +1,7 @@
 #include "reader/collada_import.h"
 
+#include <string>
+
 namespace zylsdk {
 namespace {
 
@@ -58,6 +60,15 @@ bool KZylReaderCollada::WarnOnce(const KString& key, const KString& text) {
   AddNotificationWarning(text);
   MarkReported(key);
   return true;
+}
+
+bool KZylReaderCollada::SpendOutput(int64_t bytes, const char* skipped) {
+  if (mState->output.Take(bytes)) return true;
+  if (mState->outputSkipped.insert(skipped).second)
+    AddNotificationWarning(KString(skipped) + " skipped: the read would make more than " +
+                           KString(std::to_string(mState->output.Limit())) +
+                           " bytes of keys and skins, the limit for this document (read options OUTPUT RATIO and OUTPUT FLOOR)");
+  return false;
 }
 
 void KZylReaderCollada::SplitReferenceTarget(const KString& target, KString& id, KString& path, KString& member) {

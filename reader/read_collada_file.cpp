@@ -12,12 +12,21 @@ ColladaReadResult ReadColladaFile(KZylSdkManager& manager, const char* path, con
   if (result.opened) {
     KZylStreamOptions* options = reader->GetReadOptions();
     options->GetOption(kColladaOptionComplete).Set(settings.complete);
-    result.ok = reader->Read(*result.scene, options);
+    KString unknown;
+    for (const auto& [name, value] : settings.integerOptions) {
+      KZylProperty option = options->GetOption(name);
+      if (!option.IsValid() || !option.Set(value)) unknown = name;
+    }
+    if (unknown.IsEmpty()) {
+      result.ok = reader->Read(*result.scene, options);
+    } else {
+      result.errorText = KString("unknown integer read option: ") + unknown;
+    }
     reader->FileClose();
   }
   result.lastErrorId = reader->GetLastErrorID();
   result.lastErrorText = reader->GetLastErrorString();
-  result.errorText = reader->GetErrorText();
+  if (result.errorText.IsEmpty()) result.errorText = reader->GetErrorText();
   result.leftUnread = reader->GetLeftUnread();
   if (const std::optional<XmlParseFailure>& failure = reader->GetXmlFailure()) {
     result.xmlError = failure->message;

@@ -137,6 +137,7 @@ struct ByteSource {
   DocumentInput* file;
   std::string_view memory;
   AttributeCounter attributes;
+  size_t bytesRead = 0;
 };
 
 int ReadBytes(void* context, char* buffer, int length) {
@@ -149,7 +150,9 @@ int ReadBytes(void* context, char* buffer, int length) {
     std::memcpy(buffer, source.memory.data(), static_cast<size_t>(count));
     source.memory.remove_prefix(static_cast<size_t>(count));
   }
-  if (count > 0 && !source.attributes.Scan(buffer, static_cast<size_t>(count))) return -1;
+  if (count <= 0) return count;
+  if (!source.attributes.Scan(buffer, static_cast<size_t>(count))) return -1;
+  source.bytesRead += static_cast<size_t>(count);
   return count;
 }
 
@@ -205,6 +208,7 @@ DaeDocumentPtr Parse(ByteSource& source, size_t inputSize, const char* url, XmlP
 DaeDocumentPtr ParseCounted(ByteSource& source, size_t inputSize, const char* url, XmlParseFailure* failure,
                             const InputLimits& limits) {
   DaeDocumentPtr document = Parse(source, inputSize, url, failure);
+  if (document) document->SetInputBytes(source.bytesRead);
   if (document || !failure) return document;
   KString refusal = source.file ? source.file->Refusal() : KString();
   if (source.attributes.Exceeded()) refusal = TooManyAttributes(limits);

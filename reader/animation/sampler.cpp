@@ -96,6 +96,8 @@ void CheckSamplerSizes(AnimationContext& context, const SamplerArrays& shared, i
 
 void ApplySampler(AnimationContext& context, const SamplerArrays& shared, const ChannelCurves& curves) {
   CheckSamplerSizes(context, shared, curves.stride, curves.stride);
+  const int64_t keys = static_cast<int64_t>(shared.times.GetCount()) * static_cast<int64_t>(curves.targets.size());
+  if (!context.reader.SpendOutput(keys * OutputBudget::kBytesPerKey, "animation channels")) return;
   if (!curves.percent) {
     for (const ChannelCurves::Target& target : curves.targets)
       SetCurveKeys(context, shared, *target.curve, target.component, curves.stride);

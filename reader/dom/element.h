@@ -81,6 +81,10 @@ class DaeDocument {
   DaeDocument& operator=(const DaeDocument&) = delete;
   ~DaeDocument();
 
+  // The bytes the parser read to build the document.
+  size_t InputBytes() const { return mInputBytes; }
+  void SetInputBytes(size_t bytes) { mInputBytes = bytes; }
+
   // The root element; null for a document without elements.
   DaeElement* Root() const { return mElements.empty() ? nullptr : const_cast<DaeElement*>(&mElements.front()); }
   size_t ElementCount() const { return mElements.size(); }
@@ -98,6 +102,7 @@ class DaeDocument {
   std::deque<DaeElement> mElements;
   std::deque<StreamedValues> mValues;
   std::vector<std::unique_ptr<char[]>> mBlocks;
+  size_t mInputBytes = 0;
   size_t mBlockUsed = 0;
   size_t mBlockSize = 0;
   std::unordered_map<std::string_view, const char*> mNames;

@@ -2,6 +2,7 @@
 // receives copies of the skin's clusters and bind pose, so that two nodes instancing one
 // controller deform independently, and the morph targets as shapes.
 
+#include <string>
 #include <utility>
 
 #include "reader/nodes/node_steps.h"
@@ -12,13 +13,24 @@ namespace {
 void AttachSkin(const NodeImportContext& context, const ControllerRecord& controller, const DaeElement* instance,
                 KZylNode& node, KZylMesh& mesh) {
   KZylReaderCollada& reader = context.reader;
+  int64_t weights = 0;
+  for (const KZylCluster* source : controller.clusters) weights += source->GetControlPointIndicesCount();
+  const int64_t bytes = static_cast<int64_t>(controller.clusters.GetCount()) * OutputBudget::kBytesPerSkinJoint +
+                        weights * static_cast<int64_t>(sizeof(int) + sizeof(double));
+  if (!reader.SpendOutput(bytes, "skins")) return;
   SkinInstance skin{&node, instance, &controller, {}, context.state.bindPoses.GetCount()};
+  int outsideTheMesh = 0;
   for (KZylCluster* source : controller.clusters) {
     KZylCluster* cluster = reader.CreateCluster();
     reader.CopyLink(cluster, source);
+    // The traditional reading keeps the weights of points the mesh does not have.
+    if (reader.IsComplete()) outsideTheMesh += cluster->RemoveControlPointsOutside(mesh.GetControlPointsCount());
     mesh.AddLink(cluster);
     skin.clusters.push_back(cluster);
   }
+  if (outsideTheMesh > 0)
+    reader.AddNotificationWarning(KString(std::to_string(outsideTheMesh)) + " weights of skin " + controller.id +
+                                  " name points its mesh does not have: left out");
   // The complete reading links the clusters to their joints once the visual scene is built.
   if (reader.IsComplete()) context.state.skinInstances.push_back(std::move(skin));
   KZylPose* pose = KZylPose::Create(reader.GetZylSdkManager(), controller.id.Buffer());

@@ -9,10 +9,10 @@
 //     attribute;
 //   - meshes: polygons lie inside the polygon-vertex array, and with `indicesInRange` each
 //     polygon vertex indexes the control points or is -1 and every index array of a layer
-//     element indexes its direct array (or is -1); material and texture entries are null or objects the walk of the nodes
-//     reaches; shapes have their geometry's control-point count;
-//   - skins: cluster indices index the control points and weights and indices pair up. (A
-//     cluster's link and a bind pose's nodes need not be nodes of the scene: the reading keeps
+//     element indexes its direct array (or is -1); material and texture entries are null or
+//     objects the walk of the nodes reaches; shapes have their geometry's control-point count;
+//   - skins: weights and indices pair up, and with `indicesInRange` cluster indices index the
+//     control points. (A cluster's link and a bind pose's nodes need not be nodes of the scene: the reading keeps
 //     on purpose the placeholder joints it made for joints that no node of the scene names, and
 //     bind poses name the nodes of the visual scene that was copied.)
 //   - materials: every material connected to the scene is one a node of the scene uses;
@@ -30,7 +30,7 @@ namespace zyltest {
 
 struct InvariantChecks {
   bool finite = true;
-  // Polygon vertices and layer-element indices inside their arrays (or -1). The traditional
+  // Polygon vertices, layer-element and cluster indices inside their arrays (or -1). The traditional
   // reading keeps a document's indices as it gives them, so only the complete reading promises it.
   bool indicesInRange = true;
 };

@@ -49,7 +49,9 @@ struct OurReading {
 };
 
 OurReading ReadOurs(const std::string& path, bool complete) {
-  zyldae::ReadResult read = zyldae::ReadDocument(path.c_str(), zyldae::ReadSettings{complete});
+  zyldae::ReadSettings settings;
+  settings.complete = complete;
+  zyldae::ReadResult read = zyldae::ReadDocument(path.c_str(), settings);
   OurReading reading;
   reading.ok = read.ok;
   reading.stats = zyldae::ComputeStats(*read.scene);

@@ -11,6 +11,7 @@ ReadResult ReadDocument(const KString& path, const ReadSettings& settings) {
   result.manager = std::make_unique<KZylSdkManager>();
   ColladaReadSettings readSettings;
   readSettings.complete = settings.complete;
+  readSettings.integerOptions = settings.integerOptions;
   ColladaReadResult read = ReadColladaFile(*result.manager, path.Buffer(), readSettings);
   result.scene = read.scene;
   result.opened = read.opened;

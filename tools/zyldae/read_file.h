@@ -3,6 +3,7 @@
 // into a fresh manager of its own.
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "kit/zylsdk.h"
@@ -28,6 +29,8 @@ struct ReadResult {
 // How to read: the read options the tool sets.
 struct ReadSettings {
   bool complete = false;  // the read option "COMPLETE"
+  // Integer read options (the limits), by name; see zylsdk::ColladaReadSettings.
+  std::vector<std::pair<zylsdk::KString, int>> integerOptions;
 };
 
 ReadResult ReadDocument(const zylsdk::KString& path, const ReadSettings& settings = {});
