@@ -20,13 +20,13 @@ ColladaReadResult ReadColladaFile(KZylSdkManager& manager, const char* path, con
     if (unknown.IsEmpty()) {
       result.ok = reader->Read(*result.scene, options);
     } else {
-      result.errorText = KString("unknown integer read option: ") + unknown;
+      reader->AddNotificationError(KString("unknown integer read option: ") + unknown);
     }
     reader->FileClose();
   }
   result.lastErrorId = reader->GetLastErrorID();
   result.lastErrorText = reader->GetLastErrorString();
-  if (result.errorText.IsEmpty()) result.errorText = reader->GetErrorText();
+  result.errorText = reader->GetErrorText();
   result.leftUnread = reader->GetLeftUnread();
   if (const std::optional<XmlParseFailure>& failure = reader->GetXmlFailure()) {
     result.xmlError = failure->message;

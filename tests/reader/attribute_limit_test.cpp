@@ -48,7 +48,7 @@ TEST(AttributeLimit, AnUnknownReadOptionFailsTheRead) {
   settings.integerOptions = {{"MAX ATTRIBUTE", 5}};
   const zyldae::ReadResult read = ReadText(DocumentWithAttributes(1), settings);
   EXPECT_FALSE(read.ok);
-  EXPECT_EQ(read.errorText.Std(), "unknown integer read option: MAX ATTRIBUTE");
+  EXPECT_EQ(Messages(read), (std::vector<std::string>{"ERROR: unknown integer read option: MAX ATTRIBUTE"}));
 }
 
 }  // namespace

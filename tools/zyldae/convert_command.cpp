@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "gltf/gltf_writer.h"
+#include "tools/zyldae/read_flags.h"
 
 namespace zyldae {
 
@@ -10,7 +11,7 @@ ConvertCommand::ConvertCommand(CLI::App& app) {
   mCommand = app.add_subcommand("convert", "Write the scene as glTF 2.0 (.gltf with a .bin beside it, or .glb)");
   mCommand->add_option("IN", mInput, "The .dae file")->required();
   mCommand->add_option("OUT", mOutput, "The .gltf or .glb file to write")->required();
-  mCommand->add_flag("--complete", mSettings.complete, "Read everything the kit can represent (read option COMPLETE)");
+  AddReadFlags(*mCommand, mSettings);
 }
 
 int ConvertCommand::Run() const {

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "tools/zyldae/read_each.h"
+#include "tools/zyldae/read_flags.h"
 #include "tools/zyldae/scene_dump.h"
 
 namespace zyldae {
@@ -45,8 +46,7 @@ void AddDumpCommand(CLI::App& app, int& status) {
   dump->add_option("FILE", options->files, "The .dae files; - for standard input")->required();
   dump->add_flag("--brief", options->brief, "Leave out the long arrays, keep their counts");
   dump->add_flag("--compact", options->compact, "No indentation and no line breaks inside a document");
-  dump->add_flag("--complete", options->settings.complete,
-                 "Read everything the kit can represent (read option COMPLETE)");
+  AddReadFlags(*dump, options->settings);
   dump->callback([options, &status] { status = RunDump(*options); });
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "tools/zyldae/read_each.h"
+#include "tools/zyldae/read_flags.h"
 #include "tools/zyldae/scene_info.h"
 
 namespace zyldae {
@@ -36,8 +37,7 @@ void AddInfoCommand(CLI::App& app, int& status) {
   auto options = std::make_shared<InfoOptions>();
   CLI::App* info = app.add_subcommand("info", "Print each read for a person");
   info->add_option("FILE", options->files, "The .dae files; - for standard input")->required();
-  info->add_flag("--complete", options->settings.complete,
-                 "Read everything the kit can represent (read option COMPLETE)");
+  AddReadFlags(*info, options->settings);
   info->callback([options, &status] { status = RunInfo(*options); });
 }
 

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "gltf/gltf_writer.h"
+#include "tools/zyldae/read_flags.h"
 
 namespace zyldae {
 
@@ -74,7 +75,7 @@ ViewCommand::ViewCommand(CLI::App& app) {
   mCommand = app.add_subcommand("view", "Write an HTML page that shows the scene (converted to glTF)");
   mCommand->add_option("IN", mInput, "The .dae file")->required();
   mCommand->add_option("-o,--output", mOutput, "The page to write (default: IN's name with .html)");
-  mCommand->add_flag("--complete", mSettings.complete, "Read everything the kit can represent (read option COMPLETE)");
+  AddReadFlags(*mCommand, mSettings);
 }
 
 int ViewCommand::Run() const {
