@@ -208,6 +208,10 @@ void RecordMatrixChannel(AnimationContext& context, const SamplerArrays& arrays,
   CheckSamplerSizes(context, arrays, width, 1);
   MatrixAnimations* animations = context.matrixAnimations;
   if (!animations) return;
+  // The channel's keys are held until they are baked into nine curves of keys.
+  const int64_t bytes = static_cast<int64_t>(arrays.times.GetCount()) *
+                        (9 * OutputBudget::kBytesPerKey + (width + 1) * static_cast<int64_t>(sizeof(double)));
+  if (!context.reader.SpendOutput(bytes, "animation channels")) return;
   auto [position, isNew] = animations->positions.try_emplace({target.take, target.target}, animations->animated.size());
   if (isNew) animations->animated.push_back(MatrixAnimations::Animated{target, {}});
   MatrixKeys keys = ReadKeys(arrays, width);

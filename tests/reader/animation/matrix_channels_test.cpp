@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "reader/output_budget.h"
 #include "tests/reader/animation/animation_documents.h"
 #include "tests/support/collada_matrices.h"
 
@@ -82,6 +83,29 @@ TEST_F(MatrixChannelsTest, AWholeMatrixChannelGivesTheDocumentsMatrixAtEveryKey)
   ASSERT_NO_FATAL_FAILURE(ExpectKeyTimes({0, 1, 2, 3}));
   for (int k = 0; k < 4; ++k) EXPECT_TRUE(KitMatrixIs(CurveMatrix(k), KeyMatrix(k), kCurvePrecision)) << "key " << k;
   EXPECT_TRUE(Messages(read).empty());
+}
+
+TEST_F(MatrixChannelsTest, AChannelPastTheOutputBudgetIsSkipped) {
+  const std::string node = BoxWith("<matrix sid=\"transform\">" + MatrixText(KeyMatrix(0)) + "</matrix>");
+  const std::string document = AnimatedDocument("", node, Animation("a", "box/transform", kFourMatrices));
+  // Four keys of a whole matrix: nine curves of keys, and the time and sixteen values of each.
+  const int64_t bytes = 4 * (9 * zylsdk::OutputBudget::kBytesPerKey + 17 * static_cast<int64_t>(sizeof(double)));
+  zyldae::ReadSettings settings = Complete();
+  settings.integerOptions = {{"OUTPUT RATIO", 0}, {"OUTPUT FLOOR", static_cast<int>(bytes - 1)}};
+  const zyldae::ReadResult tight = ReadText(document, settings);
+  ASSERT_TRUE(tight.ok);
+  EXPECT_EQ(CountMessage(tight, "Warning: animation channels skipped: the read would make more than " +
+                                    std::to_string(bytes - 1) +
+                                    " bytes of keys and skins, the limit for this document (read options OUTPUT "
+                                    "RATIO and OUTPUT FLOOR)"),
+            1);
+  const KFCurve* skipped = FindCurve(tight.scene, "box", KZylTakeNode::eTranslationX);
+  EXPECT_TRUE(!skipped || skipped->KeyGetCount() == 0);
+  settings.integerOptions = {{"OUTPUT RATIO", 0}, {"OUTPUT FLOOR", static_cast<int>(bytes)}};
+  const zyldae::ReadResult enough = ReadText(document, settings);
+  const KFCurve* baked = FindCurve(enough.scene, "box", KZylTakeNode::eTranslationX);
+  ASSERT_NE(baked, nullptr);
+  EXPECT_EQ(baked->KeyGetCount(), 4);
 }
 
 TEST_F(MatrixChannelsTest, EulerAnglesStayContinuousFromKeyToKey) {
