@@ -66,7 +66,9 @@ void KZylLayerContainer::ForgetObjects(const ObjectSet& gone) {
 // ---------------------------------------------------------------- KZylGeometryBase
 
 void KZylGeometryBase::InitControlPointArray(int count) {
-  mControlPoints.Std().resize(count > 0 ? static_cast<size_t>(count) : 0, KZylVector4(0.0, 0.0, 0.0, 1.0));
+  const size_t size = count > 0 ? static_cast<size_t>(count) : 0;
+  ReserveLarge(mControlPoints.Std(), size);
+  mControlPoints.Std().resize(size, KZylVector4(0.0, 0.0, 0.0, 1.0));
 }
 
 void KZylGeometryBase::SetControlPointAndNormal(const KZylVector4& position, const KZylVector4& normal, int index) {
@@ -208,7 +210,7 @@ void KZylMesh::ReservePolygons(int64_t polygons, int64_t vertices) {
   // Geometric growth, so that many small reservations stay linear.
   auto reserve = [](auto& items, int64_t more) {
     const size_t needed = items.size() + static_cast<size_t>(std::clamp<int64_t>(more, 0, INT_MAX));
-    if (needed > items.capacity()) items.reserve(std::max(needed, 2 * items.capacity()));
+    if (needed > items.capacity()) ReserveLarge(items, std::max(needed, 2 * items.capacity()));
   };
   reserve(mPolygons.Std(), polygons);
   reserve(mPolygonVertices.Std(), vertices);

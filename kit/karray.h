@@ -9,6 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "kit/memory_advice.h"
+
 namespace zylsdk {
 
 // A growable array with value semantics. Copies share their storage until one of them is
@@ -44,7 +46,7 @@ class KArrayTemplate {
     return item;
   }
   void Clear() { mItems.reset(); }
-  void Reserve(int count) { if (count > 0) Write().reserve(static_cast<size_t>(count)); }
+  void Reserve(int count) { if (count > 0) ReserveLarge(Write(), static_cast<size_t>(count)); }
   void Resize(int count) { Write().resize(count > 0 ? static_cast<size_t>(count) : 0); }
 
   bool IsValidIndex(int index) const { return index >= 0 && static_cast<size_t>(index) < Read().size(); }

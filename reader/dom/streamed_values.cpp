@@ -1,5 +1,6 @@
 #include "reader/dom/streamed_values.h"
 
+#include "kit/memory_advice.h"
 #include "reader/dom/numbers.h"
 
 namespace zylsdk {
@@ -7,9 +8,9 @@ namespace zylsdk {
 ValueStream::ValueStream(ValueKind kind, size_t reserve) {
   mValues.kind = kind;
   switch (kind) {
-    case ValueKind::kDoubles: mValues.doubles.reserve(reserve); break;
-    case ValueKind::kInts: mValues.ints.reserve(reserve); break;
-    case ValueKind::kWords: mValues.words.reserve(reserve); break;
+    case ValueKind::kDoubles: ReserveLarge(mValues.doubles, reserve); break;
+    case ValueKind::kInts: ReserveLarge(mValues.ints, reserve); break;
+    case ValueKind::kWords: ReserveLarge(mValues.words, reserve); break;
   }
 }
 

@@ -1,0 +1,26 @@
+#pragma once
+// Large arrays and the memory behind them. Filling a new array of hundreds of megabytes costs a
+// page fault per 4 KB page and a translation miss on nearly every page it touches; backed by
+// 2 MB pages, it costs 512 times fewer faults and far fewer misses. The kit and the reader ask
+// for such pages for the arrays they fill at once (a mesh's control points, polygons and layers,
+// a document's number lists).
+
+#include <cstddef>
+#include <vector>
+
+namespace zylsdk {
+
+// Asks the system to back the whole 2 MB pages inside [data, data + bytes) with huge pages when
+// they are first touched (Linux: transparent huge pages, which may be off, on, or on request).
+// Ranges of less than a few megabytes, and systems without the facility, are left as they are.
+void AdviseHugePages(const void* data, size_t bytes);
+
+// Makes room for at least `count` items, advised as above.
+template <class T>
+void ReserveLarge(std::vector<T>& items, size_t count) {
+  if (count <= items.capacity()) return;
+  items.reserve(count);
+  AdviseHugePages(items.data(), items.capacity() * sizeof(T));
+}
+
+}  // namespace zylsdk
