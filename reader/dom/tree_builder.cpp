@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "reader/dom/numbers.h"
+#include "reader/dom/list_length.h"
 
 namespace zylsdk {
 namespace {
@@ -21,17 +21,6 @@ bool ListKind(std::string_view name, ValueKind& kind) {
       return true;
     }
   return false;
-}
-
-// The count a list announces in its "count" attribute, read as the reader reads integers.
-size_t DeclaredCount(const std::vector<std::pair<std::string_view, std::string_view>>& attributes) {
-  for (const auto& attribute : attributes) {
-    if (attribute.first != "count") continue;
-    std::vector<int> values;
-    AppendInts(attribute.second.data(), attribute.second.data() + attribute.second.size(), values);
-    return values.empty() ? 0 : static_cast<size_t>(std::max(0, values.front()));
-  }
-  return 0;
 }
 
 // Gives back room beyond a quarter more than the values fill (a copy, but only of what was
@@ -92,7 +81,7 @@ void DaeTreeBuilder::StartElement(std::string_view name,
   ValueKind kind;
   // A list inside a list is an ordinary element: its text already belongs to the outer list.
   if (!mList && ListKind(name, kind)) {
-    mList = std::make_unique<ValueStream>(kind, std::min(DeclaredCount(attributes), mInputSize / 2 + 1));
+    mList = std::make_unique<ValueStream>(kind, std::min(ExpectedListLength(element), mInputSize / 2 + 1));
     mListDepth = mOpen.size();
   }
 }

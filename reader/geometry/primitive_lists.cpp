@@ -1,24 +1,12 @@
 #include "reader/geometry/primitive_lists.h"
 
 #include <algorithm>
+#include <deque>
 
 #include "reader/dom/dom.h"
 
 namespace zylsdk {
 namespace {
-
-// Appends the integers of a list element to `out`.
-void AppendIntegers(const DaeElement* element, KArrayTemplate<int>& out) {
-  if (!element) return;
-  std::vector<int> storage;
-  const std::vector<int>& values = DAE_GetInts(element, storage);
-  std::vector<int>& items = out.Std();
-  if (items.empty()) {
-    items = values;
-  } else {
-    items.insert(items.end(), values.begin(), values.end());
-  }
-}
 
 // The list element of a child of a primitive: a `p`, or with `readHoledPolygons` the outer
 // `p` of a `ph`; null for other children.
@@ -52,8 +40,7 @@ PrimitiveLists::PrimitiveLists(const DaeElement* element, int64_t stride, Primit
     const DaeElement* list = ListOf(child, readHoledPolygons);
     if (!list) continue;
     // A polylist's sizes run over all its lists as one.
-    if (kind != PrimitiveKind::kPolylist || mLists.empty()) mLists.emplace_back();
-    AppendIntegers(list, mLists.back());
+    AddList(list, kind == PrimitiveKind::kPolylist && !mLists.empty());
   }
   switch (kind) {
     case PrimitiveKind::kPolygons:
@@ -76,17 +63,38 @@ PrimitiveLists::PrimitiveLists(const DaeElement* element, int64_t stride, Primit
   });
 }
 
+void PrimitiveLists::AddList(const DaeElement* list, bool joinLast) {
+  std::vector<int> storage;
+  const std::vector<int>& values = DAE_GetInts(list, storage);
+  if (!joinLast) {
+    // The document's own values are used where they are; only a list read from text is kept here.
+    if (&values != &storage) {
+      mLists.push_back({values.data(), static_cast<int64_t>(values.size())});
+      return;
+    }
+    mLists.push_back({nullptr, 0});
+  }
+  // A list joined to the one before it, or read from text, needs storage of its own.
+  IntList& last = mLists.back();
+  std::vector<int>& owned = last.data && !mOwned.empty() && last.data == mOwned.back().data()
+                                ? mOwned.back()
+                                : mOwned.emplace_back(last.data, last.data + last.size);
+  owned.insert(owned.end(), values.begin(), values.end());
+  last = {owned.data(), static_cast<int64_t>(owned.size())};
+}
+
 int64_t PrimitiveLists::VertexCountOf(int list) const {
-  const int64_t length = mLists[static_cast<size_t>(list)].GetCount();
+  const int64_t length = mLists[static_cast<size_t>(list)].size;
   return (length + mStride - 1) / mStride;
 }
 
 void PrimitiveLists::ReadPolygonSizes(const DaeElement* element) {
   mCounted = true;
-  KArrayTemplate<int> counts;
-  AppendIntegers(findChildByType(element, "vcount"), counts);
+  std::vector<int> storage;
+  const DaeElement* vcount = findChildByType(element, "vcount");
+  const std::vector<int>& counts = vcount ? DAE_GetInts(vcount, storage) : storage;
   int64_t remaining = mLists.empty() ? 0 : VertexCountOf(0);
-  mPolygonSizes.reserve(static_cast<size_t>(counts.GetCount()));
+  mPolygonSizes.reserve(counts.size());
   // A size below 1 makes no polygon; the last polygon takes the vertices that are left.
   for (const int count : counts) {
     if (remaining == 0) break;
@@ -98,15 +106,14 @@ void PrimitiveLists::ReadPolygonSizes(const DaeElement* element) {
 }
 
 void PrimitiveLists::UnrollStripsAndFans(PrimitiveKind kind, int vertexOffset) {
-  std::vector<KArrayTemplate<int>> triangles(mLists.size());
+  std::deque<std::vector<int>> triangles;
   for (size_t list = 0; list < mLists.size(); ++list) {
-    const std::vector<int>& values = mLists[list].Std();
-    const int64_t length = static_cast<int64_t>(values.size());
+    const IntList values = mLists[list];
     auto valueAt = [&](int64_t vertex, int64_t offset) {
       const int64_t at = vertex * mStride + offset;
-      return offset >= 0 && at < length ? values[static_cast<size_t>(at)] : -1;
+      return offset >= 0 && at < values.size ? values.data[at] : -1;
     };
-    std::vector<int>& out = triangles[list].Std();
+    std::vector<int>& out = triangles.emplace_back();
     const int64_t vertices = VertexCountOf(static_cast<int>(list));
     for (int64_t i = 0; i + 2 < vertices; ++i) {
       // Strips alternate their winding so that every triangle faces the same way.
@@ -120,7 +127,9 @@ void PrimitiveLists::UnrollStripsAndFans(PrimitiveKind kind, int vertexOffset) {
         for (int64_t k = 0; k < mStride; ++k) out.push_back(valueAt(corner, k));
     }
   }
-  mLists.swap(triangles);
+  for (size_t list = 0; list < mLists.size(); ++list)
+    mLists[list] = {triangles[list].data(), static_cast<int64_t>(triangles[list].size())};
+  mOwned.swap(triangles);
 }
 
 }  // namespace zylsdk

@@ -5,6 +5,7 @@
 // leave a list: a position past its end, or a negative offset, gives -1.
 
 #include <cstdint>
+#include <deque>
 #include <vector>
 
 #include "kit/karray.h"
@@ -64,9 +65,18 @@ class PrimitiveLists {
   void ReadPolygonSizes(const DaeElement* element);
   // Replaces each strip or fan by a list of its triangles' vertices.
   void UnrollStripsAndFans(PrimitiveKind kind, int vertexOffset);
+  // Adds the values of a `p`, or with `joinLast` appends them to the last list.
+  void AddList(const DaeElement* list, bool joinLast);
   int64_t VertexCountOf(int list) const;
 
-  std::vector<KArrayTemplate<int>> mLists;
+  // A list's values: the document's own, or those of mOwned.
+  struct IntList {
+    const int* data;
+    int64_t size;
+  };
+  std::vector<IntList> mLists;
+  // Lists made here (joined, unrolled, or read from text); they never move once made.
+  std::deque<std::vector<int>> mOwned;
   int64_t mStride;
   // Vertices per polygon: 0 for a polygon per list, 3 for triangles; with `mCounted`, the
   // sizes of `mPolygonSizes` over list 0.
@@ -102,9 +112,9 @@ void PrimitiveLists::ForEachPolygon(Visit&& visit) const {
 
 template <class Visit>
 void PrimitiveLists::ForEachValue(const Polygon& polygon, int offset, Visit&& visit) const {
-  const KArrayTemplate<int>& values = mLists[static_cast<size_t>(polygon.list)];
-  const int64_t length = values.GetCount();
-  const int* data = values.GetArray();
+  const IntList& values = mLists[static_cast<size_t>(polygon.list)];
+  const int64_t length = values.size;
+  const int* data = values.data;
   const int64_t end = (polygon.first + polygon.count) * mStride;
   for (int64_t position = polygon.first * mStride; position < end; position += mStride) {
     const int64_t at = position + offset;

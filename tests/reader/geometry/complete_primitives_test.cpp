@@ -24,6 +24,14 @@ TEST(CompletePrimitives, PolylistBecomesPolygonsOfItsCounts) {
   EXPECT_EQ(FirstNodeAttribute(DumpText(document))["polygonCount"], 0);
 }
 
+TEST(CompletePrimitives, PolylistListsRunAsOne) {
+  // The sizes run over every list of the polylist: the second polygon starts in the first list.
+  const zyldae::Json dump = DumpText(
+      SquareMeshScene(Primitive("polylist", VertexInput(), "<vcount>3 4 3</vcount><p>0 1 2 3</p><p>2 1 0</p><p>3 1 2</p>")),
+      false, Complete());
+  EXPECT_EQ(PolygonVertices(FirstNodeAttribute(dump)), Polygons({{0, 1, 2}, {3, 2, 1, 0}, {3, 1, 2}}));
+}
+
 TEST(CompletePrimitives, PolylistInputsGiveLayersPerPolygonVertex) {
   const std::string inputs = VertexInput(0) + "<input semantic=\"NORMAL\" source=\"#nrm\" offset=\"1\"/>" +
                              "<input semantic=\"TEXCOORD\" source=\"#uv\" offset=\"1\" set=\"0\"/>";
