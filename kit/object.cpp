@@ -3,21 +3,46 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 #include <iterator>
+#include <string>
 
 #include "kit/manager.h"
 #include "kit/scene.h"
 
 namespace zylsdk {
 
+// One property. Most properties are a few numbers: a matrix's sixteen, a label and a text are
+// held apart, made only for the properties that have them, so that the dozens of properties of
+// every material of a large scene cost little.
 struct KZylPropertyData {
+  struct Rare {
+    std::array<double, 16> matrix{};
+    KString label;
+    KString text;
+  };
+
   KString name;
-  KString label;
   EZylType type = eZylUndefined;
   bool dynamic = false;
-  std::array<double, 16> numbers{};
-  KString text;
   KTime time;
+  std::array<double, 4> smallNumbers{};
+  std::unique_ptr<Rare> rare;
+
+  Rare& RareParts() {
+    if (!rare) rare = std::make_unique<Rare>();
+    return *rare;
+  }
+  // The numbers of the value: as many as ComponentCount(type) says.
+  double* Numbers() { return type == eZylDouble44 ? RareParts().matrix.data() : smallNumbers.data(); }
+  const KString& Label() const { return rare ? rare->label : NoText(); }
+  const KString& Text() const { return rare ? rare->text : NoText(); }
+
+ private:
+  static const KString& NoText() {
+    static const KString empty;
+    return empty;
+  }
 };
 
 namespace {
@@ -39,23 +64,51 @@ int ComponentCount(EZylType type) {
 
 // Initial numbers of a new property: identity for matrices, zero otherwise.
 void InitialNumbers(KZylPropertyData& data) {
-  data.numbers.fill(0.0);
   if (data.type == eZylDouble44)
-    for (int i = 0; i < 4; ++i) data.numbers[static_cast<size_t>(i * 5)] = 1.0;
+    for (int i = 0; i < 4; ++i) data.Numbers()[i * 5] = 1.0;
 }
 
 }  // namespace
 
 // ---------------------------------------------------------------- KZylProperty
 
+// The properties in the order they were added. A name is found by a scan while there are few of
+// them, and past that through the hashes of the names; the first property of a name is found.
 struct KZylObject::PropertyTable {
-  std::vector<std::unique_ptr<KZylPropertyData>> items;
-  std::unordered_map<KString, int> index;
+  static constexpr size_t kScanned = 16;
+
+  std::vector<KZylPropertyData> items;
+  std::unordered_multimap<size_t, int> byHash;
+
+  static size_t Hash(const KString& name) { return std::hash<std::string>()(name.Std()); }
+
+  int Find(const KString& name) const {
+    if (items.size() <= kScanned) {
+      for (size_t i = 0; i < items.size(); ++i)
+        if (items[i].name == name) return static_cast<int>(i);
+      return -1;
+    }
+    int first = -1;
+    const auto range = byHash.equal_range(Hash(name));
+    for (auto it = range.first; it != range.second; ++it)
+      if (items[static_cast<size_t>(it->second)].name == name && (first < 0 || it->second < first)) first = it->second;
+    return first;
+  }
+
+  void Add(KZylPropertyData data) {
+    items.push_back(std::move(data));
+    if (items.size() < kScanned + 1) return;
+    if (items.size() == kScanned + 1) {
+      for (size_t i = 0; i < items.size(); ++i) byHash.emplace(Hash(items[i].name), static_cast<int>(i));
+      return;
+    }
+    byHash.emplace(Hash(items.back().name), static_cast<int>(items.size() - 1));
+  }
 };
 
 KZylPropertyData* KZylProperty::Data() const {
   if (!IsValid() || mIndex >= mOwner->GetPropertyCount()) return nullptr;
-  return mOwner->mProperties->items[static_cast<size_t>(mIndex)].get();
+  return &mOwner->mProperties->items[static_cast<size_t>(mIndex)];
 }
 
 KZylProperty KZylProperty::Create(KZylObject* owner, const KString& name, EZylType type, const char* label) {
@@ -64,13 +117,13 @@ KZylProperty KZylProperty::Create(KZylObject* owner, const KString& name, EZylTy
   if (existing.IsValid()) return existing;
   KZylProperty created = owner->AddProperty(name, type);
   KZylPropertyData* data = created.Data();
-  data->label = label ? label : "";
+  if (label && *label) data->RareParts().label = label;
   data->dynamic = true;
   return created;
 }
 
 KString KZylProperty::GetName() const { return Data() ? Data()->name : KString(); }
-KString KZylProperty::GetLabel() const { return Data() ? Data()->label : KString(); }
+KString KZylProperty::GetLabel() const { return Data() ? Data()->Label() : KString(); }
 EZylType KZylProperty::GetPropertyDataType() const { return Data() ? Data()->type : eZylUndefined; }
 bool KZylProperty::IsDynamic() const { return Data() && Data()->dynamic; }
 
@@ -81,13 +134,14 @@ bool KZylProperty::SetNumbers(const double* values, int count, bool vectorValue)
   if (components == 0) return false;
   // A scalar fits scalar types; a vector fits vector types.
   if ((components == 1) == vectorValue) return false;
-  for (int i = 0; i < components; ++i) data->numbers[static_cast<size_t>(i)] = i < count ? values[i] : 0.0;
+  double* numbers = data->Numbers();
+  for (int i = 0; i < components; ++i) numbers[i] = i < count ? values[i] : 0.0;
   if (data->type == eZylInteger || data->type == eZylEnum) {
-    double v = data->numbers[0];
-    data->numbers[0] = std::isfinite(v) ? std::trunc(std::clamp(v, -2147483648.0, 2147483647.0)) : 0.0;
+    double v = numbers[0];
+    numbers[0] = std::isfinite(v) ? std::trunc(std::clamp(v, -2147483648.0, 2147483647.0)) : 0.0;
   }
-  if (data->type == eZylBool) data->numbers[0] = data->numbers[0] != 0.0 ? 1.0 : 0.0;
-  if (data->type == eZylFloat) data->numbers[0] = static_cast<double>(static_cast<float>(data->numbers[0]));
+  if (data->type == eZylBool) numbers[0] = numbers[0] != 0.0 ? 1.0 : 0.0;
+  if (data->type == eZylFloat) numbers[0] = static_cast<double>(static_cast<float>(numbers[0]));
   return true;
 }
 
@@ -104,7 +158,7 @@ bool KZylProperty::Set(const KZylMatrix& value) { return SetNumbers(&value.mData
 bool KZylProperty::Set(const KString& value) {
   KZylPropertyData* data = Data();
   if (!data || data->type != eZylString) return false;
-  data->text = value;
+  data->RareParts().text = value;
   return true;
 }
 
@@ -120,33 +174,35 @@ int KZylProperty::GetInt() const { return static_cast<int>(GetDouble()); }
 
 double KZylProperty::GetDouble() const {
   KZylPropertyData* data = Data();
-  return (data && ComponentCount(data->type) > 0) ? data->numbers[0] : 0.0;
+  return (data && ComponentCount(data->type) > 0) ? data->Numbers()[0] : 0.0;
 }
 
 KZylColor KZylProperty::GetColor() const {
   KZylPropertyData* data = Data();
   if (!data || (data->type != eZylDouble3 && data->type != eZylDouble4)) return KZylColor();
-  return KZylColor(data->numbers[0], data->numbers[1], data->numbers[2],
-                   data->type == eZylDouble4 ? data->numbers[3] : 1.0);
+  const double* numbers = data->Numbers();
+  return KZylColor(numbers[0], numbers[1], numbers[2], data->type == eZylDouble4 ? numbers[3] : 1.0);
 }
 
 KZylVector4 KZylProperty::GetVector4() const {
   KZylPropertyData* data = Data();
   if (!data || (data->type != eZylDouble3 && data->type != eZylDouble4)) return KZylVector4();
-  return KZylVector4(data->numbers[0], data->numbers[1], data->numbers[2], data->numbers[3]);
+  const double* numbers = data->Numbers();
+  return KZylVector4(numbers[0], numbers[1], numbers[2], numbers[3]);
 }
 
 KZylMatrix KZylProperty::GetMatrix() const {
   KZylMatrix m;
   KZylPropertyData* data = Data();
   if (!data || data->type != eZylDouble44) return m;
-  for (int i = 0; i < 16; ++i) m.mData[i / 4][i % 4] = data->numbers[static_cast<size_t>(i)];
+  const double* numbers = data->Numbers();
+  for (int i = 0; i < 16; ++i) m.mData[i / 4][i % 4] = numbers[i];
   return m;
 }
 
 KString KZylProperty::GetString() const {
   KZylPropertyData* data = Data();
-  return (data && data->type == eZylString) ? data->text : KString();
+  return (data && data->type == eZylString) ? data->Text() : KString();
 }
 
 KTime KZylProperty::GetTime() const {
@@ -158,7 +214,8 @@ std::vector<double> KZylProperty::GetNumbers() const {
   KZylPropertyData* data = Data();
   if (!data) return {};
   int count = ComponentCount(data->type);
-  return std::vector<double>(data->numbers.begin(), data->numbers.begin() + count);
+  const double* numbers = data->Numbers();
+  return std::vector<double>(numbers, numbers + count);
 }
 
 // ---------------------------------------------------------------- KZylPlug
@@ -298,20 +355,19 @@ KZylProperty KZylObject::GetProperty(int index) const {
 
 KZylProperty KZylObject::FindProperty(const KString& name, bool) const {
   if (!mProperties) return KZylProperty();
-  auto found = mProperties->index.find(name);
-  if (found == mProperties->index.end()) return KZylProperty();
-  return KZylProperty(const_cast<KZylObject*>(this), found->second);
+  const int index = mProperties->Find(name);
+  if (index < 0) return KZylProperty();
+  return KZylProperty(const_cast<KZylObject*>(this), index);
 }
 
 KZylProperty KZylObject::AddProperty(const KString& name, EZylType type) {
-  auto data = std::make_unique<KZylPropertyData>();
-  data->name = name;
-  data->type = type;
-  InitialNumbers(*data);
+  KZylPropertyData data;
+  data.name = name;
+  data.type = type;
+  InitialNumbers(data);
   if (!mProperties) mProperties = std::make_unique<PropertyTable>();
-  int index = GetPropertyCount();
-  mProperties->items.push_back(std::move(data));
-  mProperties->index.emplace(name, index);
+  const int index = GetPropertyCount();
+  mProperties->Add(std::move(data));
   return KZylProperty(this, index);
 }
 
@@ -329,18 +385,20 @@ KZylObject* KZylObject::CreateSameKind(KZylSdkManager&, const char*) const { ret
 
 void KZylObject::CopyFrom(const KZylObject& source) {
   if (!source.mProperties) return;
-  for (const auto& property : source.mProperties->items) {
-    KZylProperty target = FindProperty(property->name);
+  if (!mProperties) mProperties = std::make_unique<PropertyTable>();
+  mProperties->items.reserve(mProperties->items.size() + source.mProperties->items.size());
+  for (const KZylPropertyData& property : source.mProperties->items) {
+    KZylProperty target = FindProperty(property.name);
     if (!target.IsValid()) {
-      target = AddProperty(property->name, property->type);
+      target = AddProperty(property.name, property.type);
       target.Data()->dynamic = true;
     }
     KZylPropertyData* data = target.Data();
-    if (data->type != property->type) continue;
-    data->label = property->label;
-    data->numbers = property->numbers;
-    data->text = property->text;
-    data->time = property->time;
+    if (data->type != property.type) continue;
+    // Both have one type, so that a matrix's numbers are among the rare parts of both.
+    data->smallNumbers = property.smallNumbers;
+    data->time = property.time;
+    data->rare = property.rare ? std::make_unique<KZylPropertyData::Rare>(*property.rare) : nullptr;
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include <climits>
 #include <limits>
+#include <string>
 
 #include "kit/zylsdk.h"
 
@@ -152,6 +153,41 @@ TEST_F(PropertyTest, CloneCopiesPropertyValues) {
   copy->GetDiffuseColor().Set(KZylColor(1, 1, 1));
   EXPECT_EQ(phong->GetDiffuseColor().GetColor(), KZylColor(0.5, 0.25, 0.125));
   EXPECT_EQ(copy->GetShadingModel().GetString(), "phong");
+}
+
+TEST_F(PropertyTest, ManyPropertiesAreFoundByName) {
+  // Past a few properties the table finds names by their hashes: every one must still be found.
+  for (int i = 0; i < 100; ++i) Make(("p" + std::to_string(i)).c_str(), eZylDouble).Set(double(i));
+  for (int i = 0; i < 100; ++i) EXPECT_EQ(owner->FindProperty(("p" + std::to_string(i)).c_str()).GetDouble(), double(i)) << i;
+  EXPECT_FALSE(owner->FindProperty("p100").IsValid());
+  // Creating a known name again adds nothing; a copy finds every name as well.
+  const int count = owner->GetPropertyCount();
+  EXPECT_EQ(KZylProperty::Create(owner, "p42", eZylString).GetDouble(), 42.0);
+  EXPECT_EQ(owner->GetPropertyCount(), count);
+  auto* copy = static_cast<KZylNull*>(owner->Clone());
+  ASSERT_NE(copy, nullptr);
+  EXPECT_EQ(copy->GetPropertyCount(), count);
+  for (int i = 0; i < 100; ++i) EXPECT_EQ(copy->FindProperty(("p" + std::to_string(i)).c_str()).GetDouble(), double(i)) << i;
+}
+
+TEST_F(PropertyTest, CloneCopiesLabelsTextsAndMatrices) {
+  KZylProperty::Create(owner, "labelled", DTDouble, "A label").Set(2.0);
+  Make("text", eZylString).Set("some text");
+  KZylMatrix value;
+  value.mData[2][1] = -4.0;
+  Make("matrix", eZylDouble44).Set(value);
+  Make("fresh matrix", eZylDouble44);
+  auto* copy = static_cast<KZylNull*>(owner->Clone());
+  ASSERT_NE(copy, nullptr);
+  EXPECT_EQ(copy->FindProperty("labelled").GetLabel(), "A label");
+  EXPECT_EQ(copy->FindProperty("labelled").GetDouble(), 2.0);
+  EXPECT_EQ(copy->FindProperty("text").GetString(), "some text");
+  EXPECT_EQ(copy->FindProperty("matrix").GetMatrix(), value);
+  EXPECT_TRUE(copy->FindProperty("fresh matrix").GetMatrix().IsIdentity());
+  // The copy's parts are its own.
+  copy->FindProperty("text").Set("changed");
+  EXPECT_EQ(owner->FindProperty("text").GetString(), "some text");
+  EXPECT_EQ(Make("unlabelled", eZylDouble).GetLabel(), "");
 }
 
 TEST_F(PropertyTest, ColladaReadOptionsHaveStartAndFrameCount) {
