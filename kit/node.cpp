@@ -1,6 +1,7 @@
 #include "kit/node.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "kit/geometry.h"
 #include "kit/manager.h"
@@ -122,7 +123,7 @@ KZylXMatrix KZylNode::GetLocalFromDefaultTake(EPivotSet set) const {
   const PivotSet& p = Pivots(set);
   auto negate = [](const KZylVector4& v) { return KZylVector4(-v[0], -v[1], -v[2], 0.0); };
   KZylXMatrix rotation = RotationMatrix(p.postRotation, eEulerXYZ).Inverse() *
-                         RotationMatrix(mRotation, p.rotationOrder) * RotationMatrix(p.preRotation, eEulerXYZ);
+                         RotationMatrix(mRotation, GetRotationOrder(set)) * RotationMatrix(p.preRotation, eEulerXYZ);
   return TranslationMatrix(negate(p.scalingPivot)) * ScalingMatrix(mScaling) * TranslationMatrix(p.scalingPivot) *
          TranslationMatrix(p.scalingOffset) * TranslationMatrix(negate(p.rotationPivot)) * rotation *
          TranslationMatrix(p.rotationPivot) * TranslationMatrix(p.rotationOffset) * TranslationMatrix(mTranslation);
@@ -141,7 +142,7 @@ void KZylNode::SetGlobalState(const KZylXMatrix& global) {
   mTranslation = KZylVector4(translation[0], translation[1], translation[2], mTranslation[3]);
   KZylVector4 scaling = local.GetS();
   mScaling = KZylVector4(scaling[0], scaling[1], scaling[2], mScaling[3]);
-  mRotation = EulerAngles(local, Pivots(eSourcePivot).rotationOrder);
+  mRotation = EulerAngles(local, GetRotationOrder(eSourcePivot));
 }
 
 void KZylNode::CopyFrom(const KZylObject& source) {
@@ -153,6 +154,8 @@ void KZylNode::CopyFrom(const KZylObject& source) {
   mScaling = node.mScaling;
   mSourcePivots = node.mSourcePivots ? std::make_unique<PivotSet>(*node.mSourcePivots) : nullptr;
   mDestinationPivots = node.mDestinationPivots ? std::make_unique<PivotSet>(*node.mDestinationPivots) : nullptr;
+  std::copy(std::begin(node.mRotationOrders), std::end(node.mRotationOrders), std::begin(mRotationOrders));
+  std::copy(std::begin(node.mRotationActive), std::end(node.mRotationActive), std::begin(mRotationActive));
   mInheritType = node.mInheritType;
   mShadingMode = node.mShadingMode;
 }

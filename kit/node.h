@@ -68,14 +68,12 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
   void SetRotationOffset(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::rotationOffset, v); }
   const KZylVector4& GetScalingOffset(EPivotSet set) const { return Pivots(set).scalingOffset; }
   void SetScalingOffset(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::scalingOffset, v); }
-  ERotationOrder GetRotationOrder(EPivotSet set) const { return Pivots(set).rotationOrder; }
-  void SetRotationOrder(EPivotSet set, ERotationOrder order) { SetPivotValue(set, &PivotSet::rotationOrder, order); }
+  ERotationOrder GetRotationOrder(EPivotSet set) const { return mRotationOrders[Slot(set)]; }
+  void SetRotationOrder(EPivotSet set, ERotationOrder order) { mRotationOrders[Slot(set)] = order; }
   // Whether the node's pre- and post-rotation and rotation order are meant to be used. The
   // kit's matrices always include them; the switch tells exporters that they matter.
-  bool GetRotationActive(EPivotSet set = eSourcePivot) const { return Pivots(set).rotationActive; }
-  void SetRotationActive(bool active, EPivotSet set = eSourcePivot) {
-    SetPivotValue(set, &PivotSet::rotationActive, active);
-  }
+  bool GetRotationActive(EPivotSet set = eSourcePivot) const { return mRotationActive[Slot(set)]; }
+  void SetRotationActive(bool active, EPivotSet set = eSourcePivot) { mRotationActive[Slot(set)] = active; }
 
   ETransformInheritType GetTransformationInheritType() const { return mInheritType; }
   void SetTransformationInheritType(ETransformInheritType type) { mInheritType = type; }
@@ -108,8 +106,6 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
     KZylVector4 scalingPivot;
     KZylVector4 rotationOffset;
     KZylVector4 scalingOffset;
-    ERotationOrder rotationOrder = eEulerXYZ;
-    bool rotationActive = false;
   };
   // A pivot set is made when first given a value other than its default: until then it reads
   // as the defaults, and the many nodes that never have one do not carry it.
@@ -120,6 +116,8 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
     if (!PivotsOf(set) && SameBits(value, PivotSet().*member)) return;
     Pivots(set).*member = value;
   }
+  // Any value other than the destination set reads as the source set.
+  static int Slot(EPivotSet set) { return set == eDestinationPivot ? 1 : 0; }
   const std::unique_ptr<PivotSet>& PivotsOf(EPivotSet set) const {
     return set == eDestinationPivot ? mDestinationPivots : mSourcePivots;
   }
@@ -139,6 +137,10 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
   KZylVector4 mScaling{1.0, 1.0, 1.0, 1.0};
   std::unique_ptr<PivotSet> mSourcePivots;
   std::unique_ptr<PivotSet> mDestinationPivots;
+  // Apart from the pivot sets: most nodes that rotate have an order and the switch on, and
+  // nothing else of a pivot set.
+  ERotationOrder mRotationOrders[2] = {eEulerXYZ, eEulerXYZ};
+  bool mRotationActive[2] = {false, false};
   ETransformInheritType mInheritType = eInheritRSrs;
   EShadingMode mShadingMode = eHardShading;
 };

@@ -170,6 +170,30 @@ TEST_F(NodeTransformTest, DestinationPivotsReadAsDefaultsUntilSetAndCloneApart) 
   EXPECT_TRUE(Near(plain->GetScalingOffset(eDestinationPivot), KZylVector4(0, 0, 0)));
 }
 
+TEST_F(NodeTransformTest, RotationOrderAndSwitchArePerSetAndCloned) {
+  KZylNode* node = NewNode("n");
+  node->SetRotationOrder(eSourcePivot, eEulerZYX);
+  node->SetRotationActive(true);
+  node->SetRotationOrder(eDestinationPivot, eEulerYXZ);
+  EXPECT_EQ(node->GetRotationOrder(eSourcePivot), eEulerZYX);
+  EXPECT_EQ(node->GetRotationOrder(eDestinationPivot), eEulerYXZ);
+  EXPECT_TRUE(node->GetRotationActive(eSourcePivot));
+  EXPECT_FALSE(node->GetRotationActive(eDestinationPivot));
+  // The order is used by the matrices: 90 degrees about Z then X differs from X then Z.
+  node->SetDefaultR(KZylVector4(90, 0, 90));
+  const KZylXMatrix zyx = node->GetLocalFromDefaultTake(eSourcePivot);
+  node->SetRotationOrder(eSourcePivot, eEulerXYZ);
+  EXPECT_FALSE(Near(node->GetLocalFromDefaultTake(eSourcePivot), zyx));
+  node->SetRotationOrder(eSourcePivot, eEulerZYX);
+
+  auto* copy = static_cast<KZylNode*>(node->Clone());
+  EXPECT_EQ(copy->GetRotationOrder(eSourcePivot), eEulerZYX);
+  EXPECT_EQ(copy->GetRotationOrder(eDestinationPivot), eEulerYXZ);
+  EXPECT_TRUE(copy->GetRotationActive(eSourcePivot));
+  copy->SetRotationActive(false);
+  EXPECT_TRUE(node->GetRotationActive(eSourcePivot));
+}
+
 TEST_F(NodeTransformTest, GlobalMatrixComposesThreeLevels) {
   KZylNode* a = NewNode("a");
   KZylNode* b = NewNode("b");
