@@ -32,8 +32,21 @@ int KFCurve::KeyAdd(KTime time, int*) {
 }
 
 void KFCurve::KeyAddMany(std::vector<KFCurveKey> keys) {
+  if (keys.empty()) return;
   auto earlier = [](const KFCurveKey& a, const KFCurveKey& b) { return a.time < b.time; };
-  std::stable_sort(keys.begin(), keys.end(), earlier);
+  if (!std::is_sorted(keys.begin(), keys.end(), earlier)) std::stable_sort(keys.begin(), keys.end(), earlier);
+  // Keys in order, all later than the curve's and no two at one time (what a sampler gives) are
+  // taken as they are.
+  const auto sameTime = [](const KFCurveKey& a, const KFCurveKey& b) { return a.time == b.time; };
+  if ((mKeys.empty() || mKeys.back().time < keys.front().time) &&
+      std::adjacent_find(keys.begin(), keys.end(), sameTime) == keys.end()) {
+    if (mKeys.empty()) {
+      mKeys = std::move(keys);
+    } else {
+      mKeys.insert(mKeys.end(), keys.begin(), keys.end());
+    }
+    return;
+  }
   std::vector<KFCurveKey> merged;
   merged.reserve(mKeys.size() + keys.size());
   auto kept = mKeys.begin();

@@ -62,6 +62,33 @@ TEST(KFCurve, KeyAddManyGivesWhatAddingOneByOneGives) {
   EXPECT_EQ(curve.KeyGetValue(3), 4.0f);
 }
 
+TEST(KFCurve, KeyAddManyOfOrderedKeysGivesWhatAddingOneByOneGives) {
+  // In order and after the curve's key; in order with two keys at one time; in order but
+  // starting before the curve's key.
+  const std::vector<std::vector<KFCurveKey>> lists = {
+      {Key(2.0, 1.0f), Key(3.0, 2.0f), Key(4.0, 3.0f)},
+      {Key(2.0, 1.0f), Key(3.0, 2.0f), Key(3.0, 5.0f), Key(4.0, 3.0f)},
+      {Key(0.5, 1.0f), Key(1.0, 2.0f), Key(4.0, 3.0f)}};
+  for (const std::vector<KFCurveKey>& keys : lists) {
+    const KFCurve expected = OneByOne(keys);
+    KFCurve curve;
+    curve.KeyAdd(Seconds(1.0));
+    curve.KeySetValue(0, -1.0f);
+    curve.KeyAddMany(keys);
+    ASSERT_EQ(curve.KeyGetCount(), expected.KeyGetCount());
+    for (int k = 0; k < curve.KeyGetCount(); ++k) {
+      EXPECT_EQ(curve.KeyGetTime(k), expected.KeyGetTime(k)) << k;
+      EXPECT_EQ(curve.KeyGetValue(k), expected.KeyGetValue(k)) << k;
+    }
+  }
+  KFCurve empty;
+  empty.KeyAddMany({});
+  EXPECT_EQ(empty.KeyGetCount(), 0);
+  empty.KeyAddMany(lists[0]);
+  ASSERT_EQ(empty.KeyGetCount(), 3);
+  EXPECT_EQ(empty.KeyGetValue(2), 3.0f);
+}
+
 TEST(KFCurve, KeyAddManyOfDescendingKeysSortsThemQuickly) {
   std::vector<KFCurveKey> keys;
   for (int i = 200000; i > 0; --i) keys.push_back(Key(i, static_cast<float>(i)));
