@@ -18,14 +18,6 @@ namespace {
 // The (vertex, weight) pairs of each joint, in the order of the `v` list.
 using JointWeights = std::vector<std::vector<std::pair<int, double>>>;
 
-// The integers of an element's text.
-KArrayTemplate<int> ReadIntegers(const DaeElement* element) {
-  KArrayTemplate<int> values;
-  std::vector<int> storage;
-  values.Std() = DAE_GetInts(element, storage);
-  return values;
-}
-
 // The value of the input at `offset` in the group of `v` that starts at `start`; -1 past the end
 // of the list, and for an offset below 0, which names no value.
 int ValueAt(const std::vector<int>& v, int64_t start, int offset) {
@@ -41,10 +33,10 @@ int ValueAt(const std::vector<int>& v, int64_t start, int offset) {
 // is mostly their own order.
 JointWeights GroupByJoint(const DaeElement* vertexWeights, int stride, int jointOffset, int weightOffset,
                           const KArrayTemplate<double>& weights, int jointCount) {
-  const KArrayTemplate<int> countArray = ReadIntegers(findChildByType(vertexWeights, "vcount"));
-  const KArrayTemplate<int> valueArray = ReadIntegers(findChildByType(vertexWeights, "v"));
-  const std::vector<int>& counts = countArray.Std();
-  const std::vector<int>& v = valueArray.Std();
+  // The document's own values, read where they are.
+  std::vector<int> countStorage, valueStorage;
+  const std::vector<int>& counts = DAE_GetInts(findChildByType(vertexWeights, "vcount"), countStorage);
+  const std::vector<int>& v = DAE_GetInts(findChildByType(vertexWeights, "v"), valueStorage);
   JointWeights perJoint(static_cast<size_t>(jointCount));
   const int64_t size = static_cast<int64_t>(v.size());
   int64_t start = 0;
