@@ -14,11 +14,9 @@ DaeElement* ElementIndex::Find(const KString& id, const char* name) {
   auto known = mFirstByName.find(id.Std());
   if (known == mFirstByName.end()) {
     std::unordered_map<std::string_view, DaeElement*>& first = mFirstByName[id.Std()];
-    if (const std::vector<DaeElement*>* elements = mDocument->ElementsWithId(id.Std())) {
-      for (DaeElement* element : *elements) {
-        first.emplace(std::string_view(), element);
-        first.emplace(DAE_GetName(element), element);
-      }
+    for (DaeElement* element : mDocument->ElementsWithId(id.Std())) {
+      first.emplace(std::string_view(), element);
+      first.emplace(DAE_GetName(element), element);
     }
     known = mFirstByName.find(id.Std());
   }

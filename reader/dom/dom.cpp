@@ -121,13 +121,12 @@ void findChildrenByType(const DaeElement* element, const KString& type, KArrayTe
 
 DaeElement* findChildById(const DaeElement* element, const KString& id) {
   if (!element) return nullptr;
-  const std::vector<DaeElement*>* withId = element->Document().ElementsWithId(id.Std());
-  if (!withId) return nullptr;
+  const DaeElementSpan withId = element->Document().ElementsWithId(id.Std());
   // The first element of the id after `element` in document order; a descendant when it comes
   // before the end of `element`'s descendants.
-  auto after = std::upper_bound(withId->begin(), withId->end(), element->Order(),
+  auto after = std::upper_bound(withId.begin(), withId.end(), element->Order(),
                                 [](uint32_t order, const DaeElement* candidate) { return order < candidate->Order(); });
-  return (after != withId->end() && (*after)->Order() < element->DescendantsEnd()) ? *after : nullptr;
+  return (after != withId.end() && (*after)->Order() < element->DescendantsEnd()) ? *after : nullptr;
 }
 
 DaeElement* getTechniqueNode(const DaeElement* element, const KString& profile) {

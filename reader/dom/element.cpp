@@ -1,12 +1,19 @@
 #include "reader/dom/element.h"
 
+#include <algorithm>
 #include <cstring>
+
+#include "kit/memory_advice.h"
 
 namespace zylsdk {
 namespace {
 
-// Texts and attribute lists are carved out of blocks of this size; larger ones get their own.
-constexpr size_t kBlockSize = 64 * 1024;
+// Texts and attribute lists are carved out of blocks that grow with the document (each a quarter
+// of the blocks before it, within bounds), so that a small document takes little, a large one is
+// held in few large blocks, and at most a fifth of the room waits unused; an item of more than a
+// quarter of a block gets a block of its own.
+constexpr size_t kFirstBlockSize = 64 * 1024;
+constexpr size_t kLargestBlockSize = 16 * 1024 * 1024;
 
 }  // namespace
 
@@ -18,23 +25,28 @@ const char* DaeElement::FindAttribute(const char* name) const {
 
 DaeDocument::~DaeDocument() = default;
 
-const std::vector<DaeElement*>* DaeDocument::ElementsWithId(std::string_view id) const {
+DaeElementSpan DaeDocument::ElementsWithId(std::string_view id) const {
   auto found = mIds.find(id);
-  return found == mIds.end() ? nullptr : &found->second;
+  if (found == mIds.end()) return {};
+  const IdEntry& entry = found->second;
+  return entry.all.empty() ? DaeElementSpan{&entry.first, 1} : DaeElementSpan{entry.all.data(), entry.all.size()};
 }
 
 char* DaeDocument::Allocate(size_t bytes, size_t alignment) {
   size_t start = (mBlockUsed + alignment - 1) / alignment * alignment;
   if (mBlocks.empty() || start + bytes > mBlockSize) {
-    if (bytes > kBlockSize / 4) {
+    const size_t blockSize = std::clamp(mBlockBytes / 4, kFirstBlockSize, kLargestBlockSize);
+    if (bytes > blockSize / 4) {
       // A large item gets a block of its own, kept behind the current one.
       mBlocks.emplace_back(new char[bytes]);  // not zero-filled: it is written at once
       char* own = mBlocks.back().get();
       if (mBlocks.size() > 1) std::swap(mBlocks.back(), mBlocks[mBlocks.size() - 2]);
       return own;
     }
-    mBlocks.emplace_back(new char[kBlockSize]);
-    mBlockSize = kBlockSize;
+    mBlocks.emplace_back(new char[blockSize]);
+    AdviseHugePages(mBlocks.back().get(), blockSize);
+    mBlockSize = blockSize;
+    mBlockBytes += blockSize;
     start = 0;
   }
   mBlockUsed = start + bytes;

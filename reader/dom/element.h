@@ -14,6 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "reader/dom/stable_blocks.h"
 #include "reader/dom/streamed_values.h"
 
 namespace zylsdk {
@@ -74,6 +75,15 @@ class DaeElement {
   uint32_t mDescendantsEnd = 0;
 };
 
+// Elements in document order, as a range.
+struct DaeElementSpan {
+  DaeElement* const* data = nullptr;
+  size_t size = 0;
+  DaeElement* const* begin() const { return data; }
+  DaeElement* const* end() const { return data + size; }
+  bool empty() const { return size == 0; }
+};
+
 class DaeDocument {
  public:
   DaeDocument() = default;
@@ -90,8 +100,8 @@ class DaeDocument {
   size_t ElementCount() const { return mElements.size(); }
   // The element numbered `order` in document order.
   DaeElement* ElementAt(uint32_t order) const { return const_cast<DaeElement*>(&mElements[order]); }
-  // The elements whose "id" attribute is `id`, in document order; null when there is none.
-  const std::vector<DaeElement*>* ElementsWithId(std::string_view id) const;
+  // The elements whose "id" attribute is `id`, in document order; empty when there is none.
+  DaeElementSpan ElementsWithId(std::string_view id) const;
 
  private:
   friend class DaeTreeBuilder;
@@ -99,14 +109,20 @@ class DaeDocument {
   // Storage that never moves: names, attributes and texts point into it.
   char* Allocate(size_t bytes, size_t alignment);
 
-  std::deque<DaeElement> mElements;
+  StableBlocks<DaeElement> mElements;
   std::deque<StreamedValues> mValues;
   std::vector<std::unique_ptr<char[]>> mBlocks;
   size_t mInputBytes = 0;
   size_t mBlockUsed = 0;
   size_t mBlockSize = 0;
+  size_t mBlockBytes = 0;  // the room of every shared block so far
   std::unordered_map<std::string_view, const char*> mNames;
-  std::unordered_map<std::string_view, std::vector<DaeElement*>> mIds;
+  // Most ids name one element: a list is made only for an id that names several.
+  struct IdEntry {
+    DaeElement* first = nullptr;
+    std::vector<DaeElement*> all;
+  };
+  std::unordered_map<std::string_view, IdEntry> mIds;
 };
 
 using DaeDocumentPtr = std::unique_ptr<DaeDocument>;

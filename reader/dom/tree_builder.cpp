@@ -35,10 +35,22 @@ void ShrinkToValues(std::vector<T>& values) {
 DaeTreeBuilder::DaeTreeBuilder(size_t inputSize) : mDocument(std::make_unique<DaeDocument>()), mInputSize(inputSize) {}
 
 const char* DaeTreeBuilder::Intern(std::string_view name) {
+  // A document's names are few and come again and again: the name last interned at a slot
+  // chosen by its length and end characters is compared before the table is searched.
+  RecentName* recent = nullptr;
+  if (!name.empty()) {
+    const size_t slot = (name.size() * 31 + static_cast<unsigned char>(name.front()) * 7 +
+                         static_cast<unsigned char>(name.back())) % mRecentNames.size();
+    recent = &mRecentNames[slot];
+    if (recent->name == name) return recent->stored;
+  }
   auto found = mDocument->mNames.find(name);
-  if (found != mDocument->mNames.end()) return found->second;
-  const char* stored = Store(name);
-  mDocument->mNames.emplace(std::string_view(stored, name.size()), stored);
+  const char* stored = found != mDocument->mNames.end() ? found->second : nullptr;
+  if (!stored) {
+    stored = Store(name);
+    mDocument->mNames.emplace(std::string_view(stored, name.size()), stored);
+  }
+  if (recent) *recent = {std::string_view(stored, name.size()), stored};
   return stored;
 }
 
@@ -64,8 +76,15 @@ void DaeTreeBuilder::StartElement(std::string_view name,
     for (size_t i = 0; i < attributes.size(); ++i) {
       stored[i].name = Intern(attributes[i].first);
       stored[i].value = Store(attributes[i].second);
-      if (attributes[i].first == "id")
-        mDocument->mIds[std::string_view(stored[i].value, attributes[i].second.size())].push_back(&element);
+      if (attributes[i].first == "id") {
+        DaeDocument::IdEntry& entry = mDocument->mIds[std::string_view(stored[i].value, attributes[i].second.size())];
+        if (!entry.first) {
+          entry.first = &element;
+        } else {
+          if (entry.all.empty()) entry.all.push_back(entry.first);
+          entry.all.push_back(&element);
+        }
+      }
     }
     element.mAttributes = stored;
     element.mAttributeCount = static_cast<uint32_t>(attributes.size());

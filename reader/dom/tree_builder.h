@@ -2,6 +2,7 @@
 // Builds a DaeDocument from the events of a streaming parser: start tags with their
 // attributes, pieces of text, end tags. List elements convert their text as it arrives.
 
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +35,12 @@ class DaeTreeBuilder {
   };
 
   const char* Intern(std::string_view name);
+
+  struct RecentName {
+    std::string_view name;
+    const char* stored = nullptr;
+  };
+  std::array<RecentName, 64> mRecentNames{};
   const char* Store(std::string_view text);
 
   DaeDocumentPtr mDocument;
