@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "kit/object_memory.h"
 #include "kit/reader_base.h"
 
 namespace zylsdk {
 
-KZylSdkManager::KZylSdkManager() : mUserNotification(std::make_unique<KZylUserNotification>()) {}
+KZylSdkManager::KZylSdkManager()
+    : mObjectMemory(std::make_unique<ObjectMemory>()), mUserNotification(std::make_unique<KZylUserNotification>()) {}
 
 KZylSdkManager::~KZylSdkManager() {
   // Newest first, so that nothing outlives an object made from it. Objects only drop their

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "kit/manager.h"
+#include "kit/object_memory.h"
 #include "kit/scene.h"
 
 namespace zylsdk {
@@ -374,6 +375,10 @@ KZylProperty KZylObject::AddProperty(const KString& name, EZylType type) {
 KZylScene* KZylObject::GetScene() const {
   return static_cast<KZylScene*>(GetDstObject(KZylScene::ClassId, 0));
 }
+
+void* KZylObject::operator new(size_t bytes, KZylSdkManager& manager) { return manager.mObjectMemory->Allocate(bytes); }
+void KZylObject::operator delete(void*, KZylSdkManager&) {}
+void KZylObject::operator delete(void* object, size_t bytes) { ObjectMemory::Release(object, bytes); }
 
 KZylObject* KZylObject::Clone(int) const {
   KZylObject* copy = CreateSameKind(*mManager, mName.Buffer());

@@ -50,7 +50,8 @@ struct KZylClassId {
 #define KZYL_IMPLEMENT_CLASS(Class, Parent)                                                     \
   const KZylClassId Class::ClassId = {#Class, &Parent::ClassId};                                \
   Class* Class::Create(KZylSdkManager* manager, const char* name) {                             \
-    return manager ? manager->Adopt(new Class(*manager, name)) : nullptr;                       \
+    static_assert(alignof(Class) <= 8, "kit objects are aligned to 8 bytes");                   \
+    return manager ? manager->Adopt(new (*manager) Class(*manager, name)) : nullptr;            \
   }                                                                                             \
   KZylObject* Class::CreateSameKind(KZylSdkManager& manager, const char* name) const {          \
     return Create(&manager, name);                                                              \
@@ -150,6 +151,13 @@ class KZylObject : public KZylPlug {
   KZylObject(const KZylObject&) = delete;
   KZylObject& operator=(const KZylObject&) = delete;
   ~KZylObject() override;
+
+  // Objects live in their manager's object memory (kit/object_memory.h): `Create` makes them
+  // there, and `delete` (the manager's) gives their room back; the room of an object whose
+  // constructor failed is not used again.
+  static void* operator new(size_t bytes, KZylSdkManager& manager);
+  static void operator delete(void* object, KZylSdkManager& manager);
+  static void operator delete(void* object, size_t bytes);
 
   KZylSdkManager* GetZylSdkManager() const { return mManager; }
   // A number that no other object of the manager ever had, not even a destroyed one.
