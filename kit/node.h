@@ -68,8 +68,8 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
   void SetRotationOffset(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::rotationOffset, v); }
   const KZylVector4& GetScalingOffset(EPivotSet set) const { return Pivots(set).scalingOffset; }
   void SetScalingOffset(EPivotSet set, const KZylVector4& v) { SetPivotValue(set, &PivotSet::scalingOffset, v); }
-  ERotationOrder GetRotationOrder(EPivotSet set) const { return mRotationOrders[Slot(set)]; }
-  void SetRotationOrder(EPivotSet set, ERotationOrder order) { mRotationOrders[Slot(set)] = order; }
+  ERotationOrder GetRotationOrder(EPivotSet set) const { return static_cast<ERotationOrder>(mRotationOrders[Slot(set)]); }
+  void SetRotationOrder(EPivotSet set, ERotationOrder order) { mRotationOrders[Slot(set)] = static_cast<uint8_t>(order); }
   // Whether the node's pre- and post-rotation and rotation order are meant to be used. The
   // kit's matrices always include them; the switch tells exporters that they matter.
   bool GetRotationActive(EPivotSet set = eSourcePivot) const { return mRotationActive[Slot(set)]; }
@@ -137,12 +137,12 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
   KZylVector4 mScaling{1.0, 1.0, 1.0, 1.0};
   std::unique_ptr<PivotSet> mSourcePivots;
   std::unique_ptr<PivotSet> mDestinationPivots;
-  // Apart from the pivot sets: most nodes that rotate have an order and the switch on, and
-  // nothing else of a pivot set.
-  ERotationOrder mRotationOrders[2] = {eEulerXYZ, eEulerXYZ};
-  bool mRotationActive[2] = {false, false};
   ETransformInheritType mInheritType = eInheritRSrs;
   EShadingMode mShadingMode = eHardShading;
+  // Apart from the pivot sets: most nodes that rotate have an order and the switch on, and
+  // nothing else of a pivot set. Small, beside the enums, so that a node does not grow.
+  uint8_t mRotationOrders[2] = {eEulerXYZ, eEulerXYZ};
+  bool mRotationActive[2] = {false, false};
 };
 
 }  // namespace zylsdk
