@@ -1,5 +1,6 @@
 #include "reader/collada_import.h"
 
+#include <cstdint>
 #include <unordered_set>
 
 namespace zylsdk {
@@ -7,6 +8,12 @@ namespace {
 
 const char* const kParseFailure = "Unable to parse xml/dae file\n";
 const char* const kTakeName = "Take 001";
+
+// An integer read option, or `fallback` when the options do not have it.
+int64_t IntegerOption(const KZylStreamOptions& options, const char* name, int64_t fallback) {
+  const KZylProperty option = options.GetOption(name);
+  return option.IsValid() ? option.GetInt() : fallback;
+}
 
 }  // namespace
 
@@ -76,18 +83,16 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
     return false;
   }
   mComplete = options->GetOption(kColladaOptionComplete).GetBool();
-  const KZylProperty maxSceneInstances = options->GetOption("MAX SCENE INSTANCES");
-  mMaxSceneInstances = maxSceneInstances.IsValid() ? maxSceneInstances.GetInt()
-                                                   : KZylStreamOptionsColladaReader::kDefaultSceneInstances;
+  mMaxSceneInstances = static_cast<int>(
+      IntegerOption(*options, "MAX SCENE INSTANCES", KZylStreamOptionsColladaReader::kDefaultSceneInstances));
   mDocument.reset();
   ResetDocumentState();
   mLeftUnread.clear();
   XmlParseFailure xmlFailure;
   InputLimits limits;
-  if (KZylProperty ratio = options->GetOption("GZIP RATIO"); ratio.IsValid()) limits.ratio = ratio.GetInt();
-  if (KZylProperty floor = options->GetOption("GZIP FLOOR"); floor.IsValid()) limits.floorBytes = floor.GetInt();
-  if (KZylProperty attributes = options->GetOption("MAX ATTRIBUTES PER ELEMENT"); attributes.IsValid())
-    limits.maxAttributesPerElement = attributes.GetInt();
+  limits.ratio = IntegerOption(*options, "GZIP RATIO", limits.ratio);
+  limits.floorBytes = IntegerOption(*options, "GZIP FLOOR", limits.floorBytes);
+  limits.maxAttributesPerElement = IntegerOption(*options, "MAX ATTRIBUTES PER ELEMENT", limits.maxAttributesPerElement);
   limits.zaeArchives = mComplete;
   mDocument = ParseXmlFile(mFileName, &xmlFailure, limits);
   mXmlFailure.reset();
@@ -95,11 +100,10 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   // The reader's own refusal of the file's bytes says why before the usual failure.
   if (xmlFailure.refused) AddNotificationError(xmlFailure.message);
   if (mDocument) {
-    const KZylProperty ratio = options->GetOption("OUTPUT RATIO");
-    const KZylProperty floor = options->GetOption("OUTPUT FLOOR");
-    mState->output = OutputBudget(static_cast<int64_t>(mDocument->InputBytes()),
-                                  ratio.IsValid() ? ratio.GetInt() : KZylStreamOptionsColladaReader::kDefaultOutputRatio,
-                                  floor.IsValid() ? floor.GetInt() : KZylStreamOptionsColladaReader::kDefaultOutputFloor);
+    mState->output = OutputBudget(
+        static_cast<int64_t>(mDocument->InputBytes()),
+        IntegerOption(*options, "OUTPUT RATIO", KZylStreamOptionsColladaReader::kDefaultOutputRatio),
+        IntegerOption(*options, "OUTPUT FLOOR", KZylStreamOptionsColladaReader::kDefaultOutputFloor));
   }
   bool ok = mDocument && ReadCollada(scene, mDocument->Root());
   if (!ok) {
