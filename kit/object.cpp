@@ -390,8 +390,6 @@ KZylObject* KZylObject::CreateSameKind(KZylSdkManager&, const char*) const { ret
 
 void KZylObject::CopyFrom(const KZylObject& source) {
   if (!source.mProperties) return;
-  if (!mProperties) mProperties = std::make_unique<PropertyTable>();
-  mProperties->items.reserve(mProperties->items.size() + source.mProperties->items.size());
   for (const KZylPropertyData& property : source.mProperties->items) {
     KZylProperty target = FindProperty(property.name);
     if (!target.IsValid()) {
