@@ -31,6 +31,12 @@ corpus documents by design, see docs/corpus.md). The second table reads each gen
 quarter of its size and whole: a cost that grows linearly with the input grows about 4 times.
 Processor instructions are not counted: the machine's virtualisation gives no hardware counters.
 
+Memory is time here: a page fault costs about 10 us, and a translation miss under the
+virtualisation is dear. The kit and the reader ask for huge pages for what they fill at once (large
+arrays, the element tree's and the kit objects' large blocks: `kit/memory_advice.h`); this
+machine's transparent huge pages are on request ("madvise"). Where they are off, the same reads
+take more page faults.
+
 TEXT
   echo "Machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2 | sed 's/^ //'); $(date -u +%Y-%m-%d)."
   echo
