@@ -18,9 +18,14 @@ namespace zylsdk {
 // every material of a large scene cost little.
 struct KZylPropertyData {
   struct Rare {
-    std::array<double, 16> matrix{};
     KString label;
     KString text;
+    std::unique_ptr<std::array<double, 16>> matrix;
+    Rare() = default;
+    Rare(const Rare& other)
+        : label(other.label),
+          text(other.text),
+          matrix(other.matrix ? std::make_unique<std::array<double, 16>>(*other.matrix) : nullptr) {}
   };
 
   KString name;
@@ -34,8 +39,13 @@ struct KZylPropertyData {
     if (!rare) rare = std::make_unique<Rare>();
     return *rare;
   }
+  std::array<double, 16>& Matrix() {
+    Rare& parts = RareParts();
+    if (!parts.matrix) parts.matrix = std::make_unique<std::array<double, 16>>();
+    return *parts.matrix;
+  }
   // The numbers of the value: as many as ComponentCount(type) says.
-  double* Numbers() { return type == eZylDouble44 ? RareParts().matrix.data() : smallNumbers.data(); }
+  double* Numbers() { return type == eZylDouble44 ? Matrix().data() : smallNumbers.data(); }
   const KString& Label() const { return rare ? rare->label : NoText(); }
   const KString& Text() const { return rare ? rare->text : NoText(); }
 
