@@ -15,9 +15,6 @@
 namespace zylsdk {
 namespace {
 
-// The (vertex, weight) pairs of each joint, in the order of the `v` list.
-using JointWeights = std::vector<std::vector<std::pair<int, double>>>;
-
 // The value of the input at `offset` in the group of `v` that starts at `start`; -1 past the end
 // of the list, and for an offset below 0, which names no value.
 int ValueAt(const std::vector<int>& v, int64_t start, int offset) {
@@ -26,18 +23,12 @@ int ValueAt(const std::vector<int>& v, int64_t start, int offset) {
   return at < v.size() ? v[at] : -1;
 }
 
-// Walks `vcount` and `v` once and files each (joint, weight, vertex) group under its joint.
-// Joints outside the names (-1 stands for the bind shape) match no cluster and are dropped. The
-// walk ends with the `v` list: past it every joint would read as -1. A weight index outside
-// the weights gives 0. The weights are looked up during this walk, in the order of `v`, which
-// is mostly their own order.
-JointWeights GroupByJoint(const DaeElement* vertexWeights, int stride, int jointOffset, int weightOffset,
-                          const KArrayTemplate<double>& weights, int jointCount) {
-  // The document's own values, read where they are.
-  std::vector<int> countStorage, valueStorage;
-  const std::vector<int>& counts = DAE_GetInts(findChildByType(vertexWeights, "vcount"), countStorage);
-  const std::vector<int>& v = DAE_GetInts(findChildByType(vertexWeights, "v"), valueStorage);
-  JointWeights perJoint(static_cast<size_t>(jointCount));
+// Walks `vcount` and `v` and calls visit(joint, vertex, weight index) for each group, in the
+// order of `v`. Joints outside the names (-1 stands for the bind shape) match no cluster and are
+// passed over. The walk ends with the `v` list: past it every joint would read as -1.
+template <class Visit>
+void ForEachJointWeight(const std::vector<int>& counts, const std::vector<int>& v, int stride, int jointOffset,
+                        int weightOffset, int jointCount, Visit&& visit) {
   const int64_t size = static_cast<int64_t>(v.size());
   int64_t start = 0;
   for (size_t vertex = 0; vertex < counts.size() && start < size; ++vertex) {
@@ -45,13 +36,10 @@ JointWeights GroupByJoint(const DaeElement* vertexWeights, int stride, int joint
     const int64_t span = static_cast<int64_t>(stride) * std::max(0, counts[vertex]);
     for (int64_t k = 0; k < span && start + k < size; k += stride) {
       const int joint = ValueAt(v, start + k, jointOffset);
-      if (joint >= 0 && joint < jointCount)
-        perJoint[static_cast<size_t>(joint)].emplace_back(static_cast<int>(vertex),
-                                                          weights.GetAt(ValueAt(v, start + k, weightOffset)));
+      if (joint >= 0 && joint < jointCount) visit(joint, static_cast<int>(vertex), ValueAt(v, start + k, weightOffset));
     }
     start += span;
   }
-  return perJoint;
 }
 
 bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, MeshSources& sources,
@@ -91,15 +79,29 @@ bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, MeshSources&
     reader.AddNotificationError("Unable to find weight or jointIds for controller");
     return false;
   }
-  const JointWeights perJoint = GroupByJoint(vertexWeights, stride, jointOffset, weightOffset, *weights, joints->GetCount());
+  // The document's own values, read where they are.
+  std::vector<int> countStorage, valueStorage;
+  const std::vector<int>& counts = DAE_GetInts(findChildByType(vertexWeights, "vcount"), countStorage);
+  const std::vector<int>& v = DAE_GetInts(findChildByType(vertexWeights, "v"), valueStorage);
+  const int jointCount = joints->GetCount();
+  // Two walks: one counts each joint's weights so that its cluster is allocated once, the other
+  // fills the clusters in the order of `v`. A weight index outside the weights gives 0.
+  std::vector<int> weightsPerJoint(static_cast<size_t>(jointCount), 0);
+  ForEachJointWeight(counts, v, stride, jointOffset, weightOffset, jointCount,
+                     [&](int joint, int, int) { ++weightsPerJoint[static_cast<size_t>(joint)]; });
   // A joint that weighs no vertex still gets its cluster.
-  for (const std::vector<std::pair<int, double>>& pairs : perJoint) {
+  std::vector<KZylCluster*> made;
+  made.reserve(weightsPerJoint.size());
+  for (const int count : weightsPerJoint) {
     KZylCluster* cluster = reader.CreateCluster();
     cluster->SetLinkMode(KZylCluster::eNormalize);
-    cluster->ReserveControlPoints(static_cast<int>(pairs.size()));
-    for (const std::pair<int, double>& pair : pairs) cluster->AddControlPointIndex(pair.first, pair.second);
+    cluster->ReserveControlPoints(count);
     clusters.Add(cluster);
+    made.push_back(cluster);
   }
+  ForEachJointWeight(counts, v, stride, jointOffset, weightOffset, jointCount, [&](int joint, int vertex, int weight) {
+    made[static_cast<size_t>(joint)]->AddControlPointIndex(vertex, weights->GetAt(weight));
+  });
   return true;
 }
 
