@@ -43,6 +43,15 @@ KFCurve OneByOne(const std::vector<KFCurveKey>& keys) {
   return curve;
 }
 
+// The same keys: times and values.
+void ExpectSameKeys(const KFCurve& curve, const KFCurve& expected) {
+  ASSERT_EQ(curve.KeyGetCount(), expected.KeyGetCount());
+  for (int k = 0; k < curve.KeyGetCount(); ++k) {
+    EXPECT_EQ(curve.KeyGetTime(k), expected.KeyGetTime(k)) << k;
+    EXPECT_EQ(curve.KeyGetValue(k), expected.KeyGetValue(k)) << k;
+  }
+}
+
 TEST(KFCurve, KeyAddManyGivesWhatAddingOneByOneGives) {
   const std::vector<KFCurveKey> keys = {Key(3.0, 1.0f), Key(1.0, 2.0f), Key(2.0, 3.0f), Key(3.0, 4.0f),
                                         Key(0.5, 5.0f), Key(2.0, 6.0f), Key(4.0, 7.0f)};
@@ -51,12 +60,8 @@ TEST(KFCurve, KeyAddManyGivesWhatAddingOneByOneGives) {
   curve.KeyAdd(Seconds(1.0));
   curve.KeySetValue(0, -1.0f);
   curve.KeyAddMany(keys);
-  ASSERT_EQ(curve.KeyGetCount(), expected.KeyGetCount());
   ASSERT_EQ(curve.KeyGetCount(), 5);
-  for (int k = 0; k < curve.KeyGetCount(); ++k) {
-    EXPECT_EQ(curve.KeyGetTime(k), expected.KeyGetTime(k)) << k;
-    EXPECT_EQ(curve.KeyGetValue(k), expected.KeyGetValue(k)) << k;
-  }
+  ExpectSameKeys(curve, expected);
   // The later key of a time wins, over the curve's key too.
   EXPECT_EQ(curve.KeyGetValue(1), 2.0f);
   EXPECT_EQ(curve.KeyGetValue(3), 4.0f);
@@ -75,11 +80,7 @@ TEST(KFCurve, KeyAddManyOfOrderedKeysGivesWhatAddingOneByOneGives) {
     curve.KeyAdd(Seconds(1.0));
     curve.KeySetValue(0, -1.0f);
     curve.KeyAddMany(keys);
-    ASSERT_EQ(curve.KeyGetCount(), expected.KeyGetCount());
-    for (int k = 0; k < curve.KeyGetCount(); ++k) {
-      EXPECT_EQ(curve.KeyGetTime(k), expected.KeyGetTime(k)) << k;
-      EXPECT_EQ(curve.KeyGetValue(k), expected.KeyGetValue(k)) << k;
-    }
+    ExpectSameKeys(curve, expected);
   }
   KFCurve empty;
   empty.KeyAddMany({});
