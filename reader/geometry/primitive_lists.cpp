@@ -67,18 +67,16 @@ void PrimitiveLists::AddList(const DaeElement* list, bool joinLast) {
   std::vector<int> storage;
   const std::vector<int>& values = DAE_GetInts(list, storage);
   if (!joinLast) {
-    // The document's own values are used where they are; only a list read from text is kept here.
-    if (&values != &storage) {
-      mLists.push_back({values.data(), static_cast<int64_t>(values.size())});
-      return;
-    }
-    mLists.push_back({nullptr, 0});
+    // The document's own values are used where they are; a list read from text is kept here.
+    const std::vector<int>& kept = &values == &storage ? mOwned.emplace_back(std::move(storage)) : values;
+    mLists.push_back({kept.data(), static_cast<int64_t>(kept.size())});
+    return;
   }
-  // A list joined to the one before it, or read from text, needs storage of its own.
+  // Joined to the last list, which becomes one of our own (it is the newest of mOwned when it
+  // already is one) and takes these values after its own.
   IntList& last = mLists.back();
-  std::vector<int>& owned = last.data && !mOwned.empty() && last.data == mOwned.back().data()
-                                ? mOwned.back()
-                                : mOwned.emplace_back(last.data, last.data + last.size);
+  const bool lastIsOwned = last.data && !mOwned.empty() && last.data == mOwned.back().data();
+  std::vector<int>& owned = lastIsOwned ? mOwned.back() : mOwned.emplace_back(last.data, last.data + last.size);
   owned.insert(owned.end(), values.begin(), values.end());
   last = {owned.data(), static_cast<int64_t>(owned.size())};
 }
