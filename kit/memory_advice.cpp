@@ -1,19 +1,24 @@
 #include "kit/memory_advice.h"
 
 #include <cstdint>
+#include <new>
+#include <utility>
 
 #if defined(__linux__)
 #include <sys/mman.h>
 #endif
 
 namespace zylsdk {
+namespace {
+
+constexpr size_t kHugePage = size_t{2} << 20;
+
+}  // namespace
 
 void AdviseHugePages(const void* data, size_t bytes) {
 #if defined(__linux__) && defined(MADV_HUGEPAGE)
-  constexpr uintptr_t kHugePage = uintptr_t{2} << 20;
-  // Below this the few huge pages inside would not pay for the call.
-  constexpr size_t kSmallest = size_t{8} << 20;
-  if (!data || bytes < kSmallest) return;
+  // A huge page spares 511 faults of 4 KB: one inside the range pays for the call.
+  if (!data || bytes < kHugePage) return;
   const uintptr_t begin = (reinterpret_cast<uintptr_t>(data) + kHugePage - 1) & ~(kHugePage - 1);
   const uintptr_t end = (reinterpret_cast<uintptr_t>(data) + bytes) & ~(kHugePage - 1);
   // Advice only: a system that refuses it reads at the usual cost.
@@ -22,6 +27,25 @@ void AdviseHugePages(const void* data, size_t bytes) {
   (void)data;
   (void)bytes;
 #endif
+}
+
+LargeBlock::LargeBlock(size_t bytes) : mAligned(bytes >= kHugePage) {
+  mData = static_cast<char*>(mAligned ? ::operator new(bytes, std::align_val_t{kHugePage}) : ::operator new(bytes));
+  AdviseHugePages(mData, bytes);
+}
+
+LargeBlock& LargeBlock::operator=(LargeBlock&& other) noexcept {
+  std::swap(mData, other.mData);
+  std::swap(mAligned, other.mAligned);
+  return *this;
+}
+
+LargeBlock::~LargeBlock() {
+  if (!mData) return;
+  if (mAligned)
+    ::operator delete(mData, std::align_val_t{kHugePage});
+  else
+    ::operator delete(mData);
 }
 
 }  // namespace zylsdk

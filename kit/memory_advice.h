@@ -12,8 +12,27 @@ namespace zylsdk {
 
 // Asks the system to back the whole 2 MB pages inside [data, data + bytes) with huge pages when
 // they are first touched (Linux: transparent huge pages, which may be off, on, or on request).
-// Ranges of less than a few megabytes, and systems without the facility, are left as they are.
+// Ranges without a whole huge page, and systems without the facility, are left as they are.
 void AdviseHugePages(const void* data, size_t bytes);
+
+// Room that is filled from its start (a slab of objects, a run of a document's elements). From
+// 2 MB on it is aligned to a 2 MB page and advised as above, so that all of it can be backed by
+// huge pages; smaller blocks are plain allocations. Not zero-filled.
+class LargeBlock {
+ public:
+  explicit LargeBlock(size_t bytes);
+  LargeBlock(LargeBlock&& other) noexcept : mData(other.mData), mAligned(other.mAligned) { other.mData = nullptr; }
+  LargeBlock& operator=(LargeBlock&& other) noexcept;
+  LargeBlock(const LargeBlock&) = delete;
+  LargeBlock& operator=(const LargeBlock&) = delete;
+  ~LargeBlock();
+
+  char* data() const { return mData; }
+
+ private:
+  char* mData;
+  bool mAligned;
+};
 
 // Makes room for at least `count` items, advised as above.
 template <class T>

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <new>
 
-#include "kit/memory_advice.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define ZYL_OBJECTS_APART 1
@@ -58,9 +57,8 @@ void* ObjectMemory::Carve(size_t bytes) {
   if (mLeft < bytes) {
     // What is left of the last slab is too small for this object: it stays unused.
     const size_t size = std::clamp(mSlabBytes / 8, kFirstSlab, kLargestSlab);
-    mSlabs.emplace_back(static_cast<char*>(::operator new(size)));
-    AdviseHugePages(mSlabs.back().get(), size);
-    mCursor = mSlabs.back().get();
+    mSlabs.emplace_back(size);
+    mCursor = mSlabs.back().data();
     mLeft = size;
     mSlabBytes += size;
   }

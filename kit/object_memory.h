@@ -13,6 +13,8 @@
 #include <memory>
 #include <vector>
 
+#include "kit/memory_advice.h"
+
 namespace zylsdk {
 
 class ObjectMemory {
@@ -37,10 +39,7 @@ class ObjectMemory {
   void* Carve(size_t bytes);
 
   std::vector<std::vector<void*>> mFree;  // by size class: (bytes / kStep)
-  struct ReleaseSlab {
-    void operator()(char* slab) const { ::operator delete(slab); }
-  };
-  std::vector<std::unique_ptr<char, ReleaseSlab>> mSlabs;
+  std::vector<LargeBlock> mSlabs;
   char* mCursor = nullptr;
   size_t mLeft = 0;
   size_t mSlabBytes = 0;  // the room of every slab so far

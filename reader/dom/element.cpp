@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "kit/memory_advice.h"
-
 namespace zylsdk {
 namespace {
 
@@ -38,19 +36,18 @@ char* DaeDocument::Allocate(size_t bytes, size_t alignment) {
     const size_t blockSize = std::clamp(mBlockBytes / 4, kFirstBlockSize, kLargestBlockSize);
     if (bytes > blockSize / 4) {
       // A large item gets a block of its own, kept behind the current one.
-      mBlocks.emplace_back(new char[bytes]);  // not zero-filled: it is written at once
-      char* own = mBlocks.back().get();
+      mBlocks.emplace_back(bytes);
+      char* own = mBlocks.back().data();
       if (mBlocks.size() > 1) std::swap(mBlocks.back(), mBlocks[mBlocks.size() - 2]);
       return own;
     }
-    mBlocks.emplace_back(new char[blockSize]);
-    AdviseHugePages(mBlocks.back().get(), blockSize);
+    mBlocks.emplace_back(blockSize);
     mBlockSize = blockSize;
     mBlockBytes += blockSize;
     start = 0;
   }
   mBlockUsed = start + bytes;
-  return mBlocks.back().get() + start;
+  return mBlocks.back().data() + start;
 }
 
 }  // namespace zylsdk

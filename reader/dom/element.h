@@ -14,6 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "kit/memory_advice.h"
 #include "reader/dom/stable_blocks.h"
 #include "reader/dom/streamed_values.h"
 
@@ -111,7 +112,7 @@ class DaeDocument {
 
   StableBlocks<DaeElement> mElements;
   std::deque<StreamedValues> mValues;
-  std::vector<std::unique_ptr<char[]>> mBlocks;
+  std::vector<LargeBlock> mBlocks;
   size_t mInputBytes = 0;
   size_t mBlockUsed = 0;
   size_t mBlockSize = 0;

@@ -1,13 +1,12 @@
 #pragma once
 // An append-only sequence whose items never move: they live in blocks that grow with the
 // sequence (each a quarter of what came before, within bounds), so that a small document takes
-// little memory, a large one is made of few large blocks (advised to use huge pages:
-// AdviseHugePages), and at most a fifth of the room is ever unused. Memory is obtained without
-// touching it, so that only the items appended cost anything.
+// little memory, a large one is made of few large blocks (LargeBlock: backed by huge pages where
+// the system allows), and at most a fifth of the room is ever unused. Memory is obtained
+// without touching it, so that only the items appended cost anything.
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <new>
 #include <type_traits>
 #include <vector>
@@ -32,12 +31,11 @@ class StableBlocks {
   T& emplace_back() {
     if (mBlocks.empty() || mBlocks.back().used == mBlocks.back().capacity) {
       const size_t capacity = std::clamp(mSize / 4, kSmallestBlock, kLargestBlock);
-      mBlocks.push_back({Items(static_cast<T*>(::operator new(capacity * sizeof(T)))), mSize, 0, capacity});
-      AdviseHugePages(mBlocks.back().items.get(), capacity * sizeof(T));
+      mBlocks.push_back({LargeBlock(capacity * sizeof(T)), mSize, 0, capacity});
     }
     Block& block = mBlocks.back();
     ++mSize;
-    return *new (block.items.get() + block.used++) T();
+    return *new (block.Items() + block.used++) T();
   }
 
   // The item at `position` (below size()), found among the blocks by a binary search.
@@ -45,23 +43,20 @@ class StableBlocks {
     auto block = std::upper_bound(mBlocks.begin(), mBlocks.end(), position,
                                   [](size_t at, const Block& candidate) { return at < candidate.first; });
     --block;
-    return block->items.get()[position - block->first];
+    return block->Items()[position - block->first];
   }
   const T& operator[](size_t position) const { return const_cast<StableBlocks&>(*this)[position]; }
   // The first item (the sequence must not be empty).
-  T& front() { return *mBlocks.front().items.get(); }
-  const T& front() const { return *mBlocks.front().items.get(); }
+  T& front() { return *mBlocks.front().Items(); }
+  const T& front() const { return *mBlocks.front().Items(); }
 
  private:
   static constexpr size_t kSmallestBlock = 256;
   static constexpr size_t kLargestBlock = size_t{1} << 17;
 
-  struct Release {
-    void operator()(T* items) const { ::operator delete(items); }
-  };
-  using Items = std::unique_ptr<T, Release>;
   struct Block {
-    Items items;
+    LargeBlock room;
+    T* Items() const { return reinterpret_cast<T*>(room.data()); }
     size_t first;  // the position of its first item
     size_t used;
     size_t capacity;
