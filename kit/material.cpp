@@ -21,13 +21,16 @@ void AddColor(KZylProperty property, double grey) { property.Set(KZylColor(grey,
 
 }  // namespace
 
-KZylSurfaceMaterial::KZylSurfaceMaterial(KZylSdkManager& manager, const char* name, const char* shadingModel)
+KZylSurfaceMaterial::KZylSurfaceMaterial(KZylSdkManager& manager, const char* name, const char* shadingModel,
+                                         int propertyCount)
     : KZylObject(manager, name) {
+  ReserveProperties(propertyCount);
   AddProperty("ShadingModel", eZylString).Set(KString(shadingModel));
 }
 
-KZylSurfaceLambert::KZylSurfaceLambert(KZylSdkManager& manager, const char* name, const char* shadingModel)
-    : KZylSurfaceMaterial(manager, name, shadingModel) {
+KZylSurfaceLambert::KZylSurfaceLambert(KZylSdkManager& manager, const char* name, const char* shadingModel,
+                                       int propertyCount)
+    : KZylSurfaceMaterial(manager, name, shadingModel, propertyCount) {
   AddColor(AddProperty("EmissiveColor", DTColor3), 0.0);
   AddProperty("EmissiveFactor", DTDouble).Set(1.0);
   AddColor(AddProperty("AmbientColor", DTColor3), 0.2);
@@ -39,7 +42,7 @@ KZylSurfaceLambert::KZylSurfaceLambert(KZylSdkManager& manager, const char* name
 }
 
 KZylSurfacePhong::KZylSurfacePhong(KZylSdkManager& manager, const char* name)
-    : KZylSurfaceLambert(manager, name, "phong") {
+    : KZylSurfaceLambert(manager, name, "phong", 14) {
   AddColor(AddProperty("SpecularColor", DTColor3), 0.2);
   AddProperty("SpecularFactor", DTDouble).Set(1.0);
   AddProperty("Shininess", DTDouble).Set(20.0);

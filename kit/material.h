@@ -29,7 +29,9 @@ class KZylSurfaceMaterial : public KZylObject {
   KZylProperty GetShadingModel() const { return FindProperty("ShadingModel"); }
 
  protected:
-  KZylSurfaceMaterial(KZylSdkManager& manager, const char* name, const char* shadingModel = "unknown");
+  // `propertyCount`: how many properties the most derived class's constructors add in all.
+  KZylSurfaceMaterial(KZylSdkManager& manager, const char* name, const char* shadingModel = "unknown",
+                      int propertyCount = 1);
 };
 
 class KZylSurfaceLambert : public KZylSurfaceMaterial {
@@ -45,7 +47,8 @@ class KZylSurfaceLambert : public KZylSurfaceMaterial {
   KZylProperty GetTransparencyFactor() const { return FindProperty("TransparencyFactor"); }
 
  protected:
-  KZylSurfaceLambert(KZylSdkManager& manager, const char* name, const char* shadingModel = "lambert");
+  KZylSurfaceLambert(KZylSdkManager& manager, const char* name, const char* shadingModel = "lambert",
+                     int propertyCount = 9);
 };
 
 class KZylSurfacePhong : public KZylSurfaceLambert {

@@ -88,7 +88,10 @@ void InitialNumbers(KZylPropertyData& data) {
 struct KZylObject::PropertyTable {
   static constexpr size_t kScanned = 16;
 
-  std::vector<KZylPropertyData> items;
+  explicit PropertyTable(ObjectMemory& pool) : items(PooledAllocator<KZylPropertyData>(pool)) {}
+
+  // In the manager's slabs: a large scene's materials hold tens of megabytes of properties.
+  std::vector<KZylPropertyData, PooledAllocator<KZylPropertyData>> items;
   std::unordered_multimap<size_t, int> byHash;
 
   static size_t Hash(const KString& name) { return std::hash<std::string>()(name.Std()); }
@@ -376,10 +379,19 @@ KZylProperty KZylObject::AddProperty(const KString& name, EZylType type) {
   data.name = name;
   data.type = type;
   InitialNumbers(data);
-  if (!mProperties) mProperties = std::make_unique<PropertyTable>();
   const int index = GetPropertyCount();
-  mProperties->Add(std::move(data));
+  OwnProperties().Add(std::move(data));
   return KZylProperty(this, index);
+}
+
+KZylObject::PropertyTable& KZylObject::OwnProperties() {
+  if (!mProperties) mProperties = std::make_unique<PropertyTable>(*mManager->mObjectMemory);
+  return *mProperties;
+}
+
+void KZylObject::ReserveProperties(int count) {
+  if (count <= 0) return;
+  OwnProperties().items.reserve(static_cast<size_t>(count));
 }
 
 KZylScene* KZylObject::GetScene() const {

@@ -199,6 +199,9 @@ class KZylObject : public KZylPlug {
 
   // Adds a static property with its initial value; used by constructors.
   KZylProperty AddProperty(const KString& name, EZylType type);
+  // Makes room for `count` properties in all, so that a class that knows how many its
+  // constructors add grows its table once.
+  void ReserveProperties(int count);
   // Copies the class's own fields (beyond properties) from `source`; overridden by classes
   // that have any, calling their parent's version.
   virtual void CopyFrom(const KZylObject& source);
@@ -211,6 +214,7 @@ class KZylObject : public KZylPlug {
   friend class KZylProperty;
 
   struct PropertyTable;
+  PropertyTable& OwnProperties();  // made with the first property
 
   KZylSdkManager* mManager;
   uint64_t mUniqueID = 0;

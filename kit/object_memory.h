@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <vector>
 
 #include "kit/memory_advice.h"
@@ -43,6 +44,34 @@ class ObjectMemory {
   char* mCursor = nullptr;
   size_t mLeft = 0;
   size_t mSlabBytes = 0;  // the room of every slab so far
+};
+
+// A standard allocator over a pool, for the containers inside objects (their properties): they
+// then live in the slabs with the objects instead of on the general heap.
+template <class T>
+class PooledAllocator {
+ public:
+  using value_type = T;
+  static_assert(alignof(T) <= 8, "pooled room is aligned to 8 bytes");
+
+  explicit PooledAllocator(ObjectMemory& pool) : mPool(&pool) {}
+  template <class U>
+  PooledAllocator(const PooledAllocator<U>& other) : mPool(other.Pool()) {}
+
+  T* allocate(size_t count) {
+    if (count > static_cast<size_t>(-1) / 2 / sizeof(T)) throw std::bad_array_new_length();
+    return static_cast<T*>(mPool->Allocate(count * sizeof(T)));
+  }
+  void deallocate(T* room, size_t count) { ObjectMemory::Release(room, count * sizeof(T)); }
+
+  ObjectMemory* Pool() const { return mPool; }
+  template <class U>
+  bool operator==(const PooledAllocator<U>& other) const { return mPool == other.Pool(); }
+  template <class U>
+  bool operator!=(const PooledAllocator<U>& other) const { return mPool != other.Pool(); }
+
+ private:
+  ObjectMemory* mPool;
 };
 
 }  // namespace zylsdk

@@ -49,6 +49,26 @@ TEST(ObjectMemory, RoomGivenBackIsUsedAgainForTheSameSize) {
   ObjectMemory::Release(other, 64);
 }
 
+TEST(ObjectMemory, ContainersKeepTheirItemsInAPool) {
+  ObjectMemory memory;
+  ObjectMemory other;
+  std::vector<int, PooledAllocator<int>> numbers{PooledAllocator<int>(memory)};
+  for (int i = 0; i < 5000; ++i) numbers.push_back(i);  // grows through many sizes
+  for (int i = 0; i < 5000; ++i) ASSERT_EQ(numbers[static_cast<size_t>(i)], i);
+  EXPECT_TRUE(numbers.get_allocator() == PooledAllocator<double>(memory));
+  EXPECT_TRUE(numbers.get_allocator() != PooledAllocator<int>(other));
+  std::vector<int, PooledAllocator<int>> copy(numbers);
+  EXPECT_EQ(copy.get_allocator().Pool(), &memory);
+  EXPECT_EQ(copy, numbers);
+#if !defined(__SANITIZE_ADDRESS__)
+  // What a container gives back serves the next request of its size.
+  PooledAllocator<double> doubles(memory);
+  double* room = doubles.allocate(40);
+  doubles.deallocate(room, 40);
+  EXPECT_EQ(doubles.allocate(40), room);
+#endif
+}
+
 TEST(ObjectMemory, ObjectsOfManyManagersComeAndGo) {
   std::set<const KZylObject*> alive;
   {

@@ -6,6 +6,7 @@
 #include <climits>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "kit/zylsdk.h"
 
@@ -153,6 +154,29 @@ TEST_F(PropertyTest, CloneCopiesPropertyValues) {
   copy->GetDiffuseColor().Set(KZylColor(1, 1, 1));
   EXPECT_EQ(phong->GetDiffuseColor().GetColor(), KZylColor(0.5, 0.25, 0.125));
   EXPECT_EQ(copy->GetShadingModel().GetString(), "phong");
+}
+
+TEST_F(PropertyTest, MaterialsListTheirStaticPropertiesInOrder) {
+  const std::vector<std::string> lambert = {"ShadingModel",  "EmissiveColor", "EmissiveFactor",
+                                            "AmbientColor",  "AmbientFactor", "DiffuseColor",
+                                            "DiffuseFactor", "TransparentColor", "TransparencyFactor"};
+  std::vector<std::string> phong = lambert;
+  for (const char* name : {"SpecularColor", "SpecularFactor", "Shininess", "ReflectionColor", "ReflectionFactor"})
+    phong.push_back(name);
+  auto names = [](const KZylObject& object) {
+    std::vector<std::string> found;
+    for (int i = 0; i < object.GetPropertyCount(); ++i) found.push_back(object.GetProperty(i).GetName().Std());
+    return found;
+  };
+  KZylSurfacePhong* surface = KZylSurfacePhong::Create(&manager, "p");
+  EXPECT_EQ(names(*KZylSurfaceLambert::Create(&manager, "l")), lambert);
+  EXPECT_EQ(names(*surface), phong);
+  EXPECT_EQ(names(*KZylSurfaceMaterial::Create(&manager, "m")), std::vector<std::string>{"ShadingModel"});
+  // Properties added past the ones a class makes keep the earlier ones and their values.
+  for (int i = 0; i < 20; ++i) KZylProperty::Create(surface, ("extra" + std::to_string(i)).c_str(), DTDouble).Set(double(i));
+  EXPECT_EQ(surface->GetPropertyCount(), 34);
+  EXPECT_EQ(surface->GetShininess().GetDouble(), 20.0);
+  EXPECT_EQ(surface->FindProperty("extra19").GetDouble(), 19.0);
 }
 
 TEST_F(PropertyTest, ManyPropertiesAreFoundByName) {
