@@ -23,12 +23,7 @@ const char* DaeElement::FindAttribute(const char* name) const {
 
 DaeDocument::~DaeDocument() = default;
 
-DaeElementSpan DaeDocument::ElementsWithId(std::string_view id) const {
-  auto found = mIds.find(id);
-  if (found == mIds.end()) return {};
-  const IdEntry& entry = found->second;
-  return entry.all.empty() ? DaeElementSpan{&entry.first, 1} : DaeElementSpan{entry.all.data(), entry.all.size()};
-}
+DaeElementSpan DaeDocument::ElementsWithId(std::string_view id) const { return mIds.Find(id); }
 
 char* DaeDocument::Allocate(size_t bytes, size_t alignment) {
   size_t start = (mBlockUsed + alignment - 1) / alignment * alignment;

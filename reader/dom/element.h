@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "kit/memory_advice.h"
+#include "reader/dom/id_index.h"
 #include "reader/dom/stable_blocks.h"
 #include "reader/dom/streamed_values.h"
 
@@ -76,15 +77,6 @@ class DaeElement {
   uint32_t mDescendantsEnd = 0;
 };
 
-// Elements in document order, as a range.
-struct DaeElementSpan {
-  DaeElement* const* data = nullptr;
-  size_t size = 0;
-  DaeElement* const* begin() const { return data; }
-  DaeElement* const* end() const { return data + size; }
-  bool empty() const { return size == 0; }
-};
-
 class DaeDocument {
  public:
   DaeDocument() = default;
@@ -118,12 +110,7 @@ class DaeDocument {
   size_t mBlockSize = 0;
   size_t mBlockBytes = 0;  // the room of every shared block so far
   std::unordered_map<std::string_view, const char*> mNames;
-  // Most ids name one element: a list is made only for an id that names several.
-  struct IdEntry {
-    DaeElement* first = nullptr;
-    std::vector<DaeElement*> all;
-  };
-  std::unordered_map<std::string_view, IdEntry> mIds;
+  IdIndex mIds;
 };
 
 using DaeDocumentPtr = std::unique_ptr<DaeDocument>;

@@ -76,15 +76,8 @@ void DaeTreeBuilder::StartElement(std::string_view name,
     for (size_t i = 0; i < attributes.size(); ++i) {
       stored[i].name = Intern(attributes[i].first);
       stored[i].value = Store(attributes[i].second);
-      if (attributes[i].first == "id") {
-        DaeDocument::IdEntry& entry = mDocument->mIds[std::string_view(stored[i].value, attributes[i].second.size())];
-        if (!entry.first) {
-          entry.first = &element;
-        } else {
-          if (entry.all.empty()) entry.all.push_back(entry.first);
-          entry.all.push_back(&element);
-        }
-      }
+      if (attributes[i].first == "id")
+        mDocument->mIds.Add(std::string_view(stored[i].value, attributes[i].second.size()), &element);
     }
     element.mAttributes = stored;
     element.mAttributeCount = static_cast<uint32_t>(attributes.size());

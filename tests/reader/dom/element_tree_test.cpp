@@ -106,6 +106,28 @@ TEST(ElementTree, IdsAreFoundAmongDescendantsOnly) {
   EXPECT_EQ(findChildById(root, ""), findChildByType(root, "g"));
 }
 
+TEST(ElementTree, ManyIdsAreEachFoundWithEveryElementThatHasThem) {
+  // Enough ids for the index to grow many times; every third id is given to a second element.
+  std::string xml = "<r>";
+  for (int i = 0; i < 5000; ++i) xml += "<n id=\"node" + std::to_string(i) + "\" line=\"" + std::to_string(i) + "\"/>";
+  for (int i = 0; i < 5000; i += 3) xml += "<m id=\"node" + std::to_string(i) + "\"/>";
+  xml += "</r>";
+  DaeDocumentPtr document = ParseOrFail(xml);
+  ASSERT_NE(document, nullptr);
+  for (int i = 0; i < 5000; ++i) {
+    const DaeElementSpan found = document->ElementsWithId("node" + std::to_string(i));
+    ASSERT_EQ(found.size, i % 3 == 0 ? 2u : 1u) << i;
+    EXPECT_STREQ(found.data[0]->Name(), "n");
+    EXPECT_EQ(found.data[0]->FindAttribute("line"), std::to_string(i));
+    if (found.size == 2) {
+      EXPECT_STREQ(found.data[1]->Name(), "m");
+    }
+  }
+  EXPECT_TRUE(document->ElementsWithId("node5000").empty());
+  EXPECT_TRUE(document->ElementsWithId("").empty());
+  EXPECT_TRUE(document->ElementsWithId("node").empty());
+}
+
 // The expectation for the first `list` element under the root's child `parent`.
 size_t Expected(const DaeDocumentPtr& document, const char* parent, const char* list) {
   const DaeElement* container = findChildByType(document->Root(), parent);
