@@ -1,6 +1,7 @@
 // Scene and node copies: each visual scene is built into a scene of its own and copied, node by
 // node, into the scene being read; then the skin clusters are linked to the copied nodes.
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 #include <unordered_map>
@@ -93,8 +94,19 @@ class SceneLinks {
   bool Covers(const KZylScene* scene) const { return mScene == scene; }
 
   // `nodes` come after every node added before, in depth-first pre-order; a node already added
-  // (the root) only has its clusters relinked again.
+  // (the root) only has its clusters relinked again. Names are indexed only once a cluster
+  // needs them: most scenes have no skin, and their nodes only wait in order.
   void Add(const std::vector<KZylNode*>& nodes) {
+    const bool linking = !mWaiting.empty() || std::any_of(nodes.begin(), nodes.end(), [](const KZylNode* node) {
+      return !ClustersOf(*node).empty();
+    });
+    if (!linking) {
+      mUnindexed.insert(mUnindexed.end(), nodes.begin(), nodes.end());
+      return;
+    }
+    // Earlier nodes first: the first node of a name is the one a cluster links to.
+    for (KZylNode* node : mUnindexed) mNodes.emplace(node->GetName(), node);
+    mUnindexed.clear();
     std::vector<KString> newNames;
     for (KZylNode* node : nodes)
       if (mNodes.emplace(node->GetName(), node).second) newNames.push_back(node->GetName());
@@ -128,6 +140,7 @@ class SceneLinks {
   }
 
   const KZylScene* mScene;
+  std::vector<KZylNode*> mUnindexed;
   std::unordered_map<KString, KZylNode*> mNodes;
   std::unordered_map<KString, std::vector<KZylCluster*>> mWaiting;
 };
