@@ -360,4 +360,18 @@ TEST_F(CopyTest, AClusterWaitsForTheCopyThatBringsItsNodeAndLaterCopiesKeepTheFi
   EXPECT_EQ(FirstCluster(root->GetChild(2))->GetLink(), root->GetChild(1));
 }
 
+TEST_F(CopyTest, AClusterFindsNodesThatCopiesWithoutSkinsBroughtBefore) {
+  KZylScene* skeleton = KZylScene::Create(&manager, "");
+  skeleton->GetRootNode()->AddChild(KZylNode::Create(&manager, "hand"));
+  KZylScene* body = KZylScene::Create(&manager, "");
+  AddSkinnedMesh(body, KZylNode::Create(&manager, "rig:hand"));
+  ASSERT_TRUE(reader->CopyScene(scene, skeleton));
+  ASSERT_TRUE(reader->CopyScene(scene, skeleton));
+  ASSERT_TRUE(reader->CopyScene(scene, body));
+  KZylNode* root = scene->GetRootNode();
+  ASSERT_EQ(root->GetChildCount(), 3);
+  // The first hand of the scene, brought by the first of two copies that had no skin.
+  EXPECT_EQ(FirstCluster(root->GetChild(2))->GetLink(), root->GetChild(0));
+}
+
 }  // namespace
