@@ -1,17 +1,23 @@
 #include "kit/memory_advice.h"
 
+#include <atomic>
 #include <cstdint>
 #include <new>
 #include <utility>
 
 #if defined(__linux__)
 #include <sys/mman.h>
+#include <unistd.h>
 #endif
+
+#include "kit/address_sanitizer.h"
 
 namespace zylsdk {
 namespace {
 
 constexpr size_t kHugePage = size_t{2} << 20;
+
+std::atomic<size_t> gMappedBytes{0};
 
 }  // namespace
 
@@ -29,23 +35,50 @@ void AdviseHugePages(const void* data, size_t bytes) {
 #endif
 }
 
-LargeBlock::LargeBlock(size_t bytes) : mAligned(bytes >= kHugePage) {
-  mData = static_cast<char*>(mAligned ? ::operator new(bytes, std::align_val_t{kHugePage}) : ::operator new(bytes));
+LargeBlock::LargeBlock(size_t bytes) : mData(nullptr), mMapped(0) {
+#if defined(__linux__) && !defined(ZYL_ADDRESS_SANITIZER)
+  if (bytes >= kHugePage && bytes <= SIZE_MAX - 2 * kHugePage) {
+    // Map a huge page more than asked, then give back what lies before the first aligned byte and
+    // after the block: an aligned allocation of the general heap would keep that slack.
+    const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    const size_t length = (bytes + page - 1) / page * page;
+    void* mapped = mmap(nullptr, length + kHugePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (mapped == MAP_FAILED) throw std::bad_alloc();
+    const uintptr_t start = reinterpret_cast<uintptr_t>(mapped);
+    const uintptr_t aligned = (start + kHugePage - 1) & ~(uintptr_t{kHugePage} - 1);
+    if (aligned > start) munmap(mapped, aligned - start);
+    const uintptr_t tail = aligned + length;
+    const uintptr_t end = start + length + kHugePage;
+    if (end > tail) munmap(reinterpret_cast<void*>(tail), end - tail);
+    mData = reinterpret_cast<char*>(aligned);
+    mMapped = length;
+    gMappedBytes += length;
+    AdviseHugePages(mData, length);
+    return;
+  }
+#endif
+  mData = static_cast<char*>(::operator new(bytes));
   AdviseHugePages(mData, bytes);
 }
 
 LargeBlock& LargeBlock::operator=(LargeBlock&& other) noexcept {
   std::swap(mData, other.mData);
-  std::swap(mAligned, other.mAligned);
+  std::swap(mMapped, other.mMapped);
   return *this;
 }
 
 LargeBlock::~LargeBlock() {
   if (!mData) return;
-  if (mAligned)
-    ::operator delete(mData, std::align_val_t{kHugePage});
-  else
-    ::operator delete(mData);
+#if defined(__linux__)
+  if (mMapped) {
+    munmap(mData, mMapped);
+    gMappedBytes -= mMapped;
+    return;
+  }
+#endif
+  ::operator delete(mData);
 }
+
+size_t MappedLargeBlockBytes() { return gMappedBytes; }
 
 }  // namespace zylsdk

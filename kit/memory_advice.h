@@ -16,12 +16,13 @@ namespace zylsdk {
 void AdviseHugePages(const void* data, size_t bytes);
 
 // Room that is filled from its start (a slab of objects, a run of a document's elements). From
-// 2 MB on it is aligned to a 2 MB page and advised as above, so that all of it can be backed by
-// huge pages; smaller blocks are plain allocations. Not zero-filled.
+// 2 MB on (Linux) it is a mapping of its own, aligned to a 2 MB page and advised as above, so
+// that all of it can be backed by huge pages; smaller blocks, other systems and builds with
+// AddressSanitizer get plain allocations. Not zero-filled.
 class LargeBlock {
  public:
   explicit LargeBlock(size_t bytes);
-  LargeBlock(LargeBlock&& other) noexcept : mData(other.mData), mAligned(other.mAligned) { other.mData = nullptr; }
+  LargeBlock(LargeBlock&& other) noexcept : mData(other.mData), mMapped(other.mMapped) { other.mData = nullptr; }
   LargeBlock& operator=(LargeBlock&& other) noexcept;
   LargeBlock(const LargeBlock&) = delete;
   LargeBlock& operator=(const LargeBlock&) = delete;
@@ -31,8 +32,12 @@ class LargeBlock {
 
  private:
   char* mData;
-  bool mAligned;
+  size_t mMapped;  // the bytes of its own mapping; 0 for a plain allocation
 };
+
+// The bytes that large blocks of their own mapping hold in this process: memory that the general
+// heap's statistics (mallinfo2) do not count.
+size_t MappedLargeBlockBytes();
 
 // Makes room for at least `count` items, advised as above.
 template <class T>

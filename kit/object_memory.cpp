@@ -3,14 +3,8 @@
 #include <algorithm>
 #include <new>
 
+#include "kit/address_sanitizer.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#define ZYL_OBJECTS_APART 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZYL_OBJECTS_APART 1
-#endif
-#endif
 
 namespace zylsdk {
 namespace {
@@ -29,7 +23,7 @@ ObjectMemory::~ObjectMemory() = default;
 void* ObjectMemory::Allocate(size_t bytes) {
   static_assert(sizeof(Header) == 8, "the object after a header is aligned to 8 bytes");
   const size_t total = (sizeof(Header) + bytes + kStep - 1) / kStep * kStep;
-#if defined(ZYL_OBJECTS_APART)
+#if defined(ZYL_ADDRESS_SANITIZER)
   const bool pooled = false;
 #else
   const bool pooled = total <= kLargestPooled;

@@ -1,6 +1,7 @@
 // The meter replaces the global operator new and delete of this program and hands libxml2
 // counting allocation functions before any test runs. Sizes come from malloc_usable_size, so
-// that frees need no bookkeeping of their own.
+// that frees need no bookkeeping of their own. The large blocks the kit maps apart from the heap
+// are counted with what is held at each allocation.
 
 #include "tests/cost/allocation_meter.h"
 
@@ -13,6 +14,8 @@
 #include <cstring>
 #include <new>
 
+#include "kit/memory_advice.h"
+
 namespace zyltest {
 namespace {
 
@@ -23,10 +26,11 @@ std::atomic<int64_t> gPeak{0};
 std::atomic<int64_t> gHeldAtReset{0};
 
 int64_t SizeOf(void* block) { return static_cast<int64_t>(malloc_usable_size(block)); }
+int64_t Mapped() { return static_cast<int64_t>(zylsdk::MappedLargeBlockBytes()); }
 
 void Count(void* block) {
   if (!block) return;
-  const int64_t held = gHeld.fetch_add(SizeOf(block)) + SizeOf(block);
+  const int64_t held = gHeld.fetch_add(SizeOf(block)) + SizeOf(block) + Mapped();
   int64_t peak = gPeak.load();
   while (held > peak && !gPeak.compare_exchange_weak(peak, held)) {
   }
@@ -68,8 +72,8 @@ char* CountedStrdup(const char* text) {
 }  // namespace
 
 void ResetAllocationPeak() {
-  gHeldAtReset = gHeld.load();
-  gPeak = gHeld.load();
+  gHeldAtReset = gHeld.load() + Mapped();
+  gPeak = gHeldAtReset.load();
 }
 
 size_t AllocationPeakSinceReset() {
