@@ -25,17 +25,20 @@ gives the medians. The ways of reading:
   with the scene still held: freeing it is the application's business);
 - **peer**: Assimp's COLLADA importer from Debian's libassimp-dev, without post-processing.
 
-"scene MB" is what the scene holds on the heap once the reader is gone; "ours MB / scene" compares
+"scene MB" is what the scene holds once the reader is gone (the heap's bytes in use, and the
+kit's large blocks mapped apart from it); "ours MB / scene" compares
 our peak with it. "failed" marks a read that did not succeed (the default reading refuses some
 corpus documents by design, see docs/corpus.md). The second table reads each generated kind at a
 quarter of its size and whole: a cost that grows linearly with the input grows about 4 times.
 Processor instructions are not counted: the machine's virtualisation gives no hardware counters.
 
 Memory is time here: a page fault costs about 10 us, and a translation miss under the
-virtualisation is dear. The kit and the reader ask for huge pages for what they fill at once (large
-arrays, the element tree's and the kit objects' large blocks: `kit/memory_advice.h`); this
-machine's transparent huge pages are on request ("madvise"). Where they are off, the same reads
-take more page faults.
+virtualisation is dear. The kit and the reader ask for huge pages for what they fill at once (arrays
+of 2 MB and more; the element tree's and the kit objects' blocks, mapped apart and aligned to
+2 MB: `kit/memory_advice.h`); this machine's transparent huge pages are on request ("madvise").
+Where they are off, the same reads take more page faults. What remains on the general heap
+(strings, small arrays, hash tables) is in 4 KB pages unless the application asks glibc for huge
+pages (`GLIBC_TUNABLES=glibc.malloc.hugetlb=1` in its environment).
 
 TEXT
   echo "Machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2 | sed 's/^ //'); $(date -u +%Y-%m-%d)."
