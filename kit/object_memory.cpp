@@ -5,7 +5,6 @@
 
 #include "kit/address_sanitizer.h"
 
-
 namespace zylsdk {
 namespace {
 

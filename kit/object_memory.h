@@ -10,7 +10,6 @@
 // sanitizer sees each one.
 
 #include <cstddef>
-#include <memory>
 #include <new>
 #include <vector>
 

@@ -8,6 +8,7 @@
 #include <set>
 #include <vector>
 
+#include "kit/address_sanitizer.h"
 #include "kit/object_memory.h"
 #include "kit/zylsdk.h"
 
@@ -37,7 +38,7 @@ TEST(ObjectMemory, RoomsAreAlignedWritableAndApart) {
 }
 
 TEST(ObjectMemory, RoomGivenBackIsUsedAgainForTheSameSize) {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(ZYL_ADDRESS_SANITIZER)
   GTEST_SKIP() << "built with AddressSanitizer: every object has an allocation of its own";
 #endif
   ObjectMemory memory;
@@ -60,7 +61,7 @@ TEST(ObjectMemory, ContainersKeepTheirItemsInAPool) {
   std::vector<int, PooledAllocator<int>> copy(numbers);
   EXPECT_EQ(copy.get_allocator().Pool(), &memory);
   EXPECT_EQ(copy, numbers);
-#if !defined(__SANITIZE_ADDRESS__)
+#if !defined(ZYL_ADDRESS_SANITIZER)
   // What a container gives back serves the next request of its size.
   PooledAllocator<double> doubles(memory);
   double* room = doubles.allocate(40);
