@@ -43,8 +43,8 @@ void KZylCluster::AddControlPointIndex(int index, double weight) {
 }
 
 void KZylCluster::ReserveControlPoints(int count) {
-  mIndices.Reserve(count);
-  mWeights.Reserve(count);
+  mIndices.ReserveToFill(count);
+  mWeights.ReserveToFill(count);
 }
 
 void KZylCluster::CopyControlPointsFrom(const KZylCluster& source) {

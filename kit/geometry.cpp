@@ -67,7 +67,7 @@ void KZylLayerContainer::ForgetObjects(const ObjectSet& gone) {
 
 void KZylGeometryBase::InitControlPointArray(int count) {
   const size_t size = count > 0 ? static_cast<size_t>(count) : 0;
-  ReserveLarge(mControlPoints.Std(), size);
+  ReserveToFill(mControlPoints.Std(), size);
   mControlPoints.Std().resize(size, KZylVector4(0.0, 0.0, 0.0, 1.0));
 }
 
@@ -211,6 +211,7 @@ void KZylMesh::ReservePolygons(int64_t polygons, int64_t vertices) {
   auto reserve = [](auto& items, int64_t more) {
     const size_t needed = items.size() + static_cast<size_t>(std::clamp<int64_t>(more, 0, INT_MAX));
     if (needed > items.capacity()) ReserveLarge(items, std::max(needed, 2 * items.capacity()));
+    PrepareToAppend(items, needed - items.size());
   };
   reserve(mPolygons.Std(), polygons);
   reserve(mPolygonVertices.Std(), vertices);
@@ -246,7 +247,9 @@ int KZylMesh::GetPolygonGroup(int polygon) const {
 bool KZylMesh::ComputeVertexNormals(bool) {
   const int pointCount = GetControlPointsCount();
   const KArrayTemplate<KZylVector4>& points = GetControlPoints();
-  std::vector<KZylVector4> sums(static_cast<size_t>(pointCount));
+  std::vector<KZylVector4> sums;
+  ReserveToFill(sums, static_cast<size_t>(pointCount));
+  sums.resize(static_cast<size_t>(pointCount));
   auto valid = [&](int index) { return index >= 0 && index < pointCount; };
   const KArrayTemplate<Polygon>& polygons = mPolygons;
   const KArrayTemplate<int>& vertices = mPolygonVertices;
@@ -281,7 +284,7 @@ bool KZylMesh::ComputeVertexNormals(bool) {
   normals->SetReferenceMode(KZylLayerElement::eDirect);
   KArrayTemplate<KZylVector4>& direct = normals->GetDirectArray();
   direct.Clear();
-  direct.Reserve(vertices.GetCount());
+  direct.ReserveToFill(vertices.GetCount());
   for (int index : vertices) direct.Add(valid(index) ? sums[static_cast<size_t>(index)] : KZylVector4());
   return true;
 }

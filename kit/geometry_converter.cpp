@@ -47,7 +47,7 @@ bool ExpandNormals(const KZylMesh& mesh, const KZylGeometryBase& geometry, KArra
     expanded = normals->GetDirectArray();
     return true;
   }
-  expanded.Reserve(vertices.GetCount());
+  expanded.ReserveToFill(vertices.GetCount());
   for (int polygon = 0; polygon < mesh.GetPolygonCount(); ++polygon) {
     const int start = mesh.GetPolygonVertexIndex(polygon);
     for (int k = start; k < start + mesh.GetPolygonSize(polygon); ++k) {

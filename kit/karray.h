@@ -2,6 +2,7 @@
 // The kit's containers: KArrayTemplate (a growable array), KBaseArray (an untyped array of
 // fixed-size items) and KSet2 (a set that keeps insertion order).
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <initializer_list>
@@ -47,7 +48,17 @@ class KArrayTemplate {
   }
   void Clear() { mItems.reset(); }
   void Reserve(int count) { if (count > 0) ReserveLarge(Write(), static_cast<size_t>(count)); }
-  void Resize(int count) { Write().resize(count > 0 ? static_cast<size_t>(count) : 0); }
+  // Reserve for an array about to be filled up to `count` items: their memory is mapped at once
+  // (kit/memory_advice.h), and stays resident whether filled or not.
+  void ReserveToFill(int count) { if (count > 0) zylsdk::ReserveToFill(Write(), static_cast<size_t>(count)); }
+  // Every item added is written at once: its memory is mapped ahead (kit/memory_advice.h).
+  void Resize(int count) {
+    const size_t size = count > 0 ? static_cast<size_t>(count) : 0;
+    Storage& items = Write();
+    if (size > items.capacity()) ReserveLarge(items, std::max(size, 2 * items.capacity()));
+    if (size > items.size()) PrepareToAppend(items, size - items.size());
+    items.resize(size);
+  }
 
   bool IsValidIndex(int index) const { return index >= 0 && static_cast<size_t>(index) < Read().size(); }
   T GetAt(int index) const { return IsValidIndex(index) ? Read()[static_cast<size_t>(index)] : T(); }

@@ -19,20 +19,48 @@ constexpr size_t kHugePage = size_t{2} << 20;
 
 std::atomic<size_t> gMappedBytes{0};
 
+#if defined(__linux__) && (defined(MADV_HUGEPAGE) || defined(MADV_POPULATE_WRITE))
+// Gives the system `advice` for the whole units of `unit` bytes (a power of two) inside
+// [data, data + bytes). Advice only: a system that refuses it reads at the usual cost.
+void AdviseWholeUnits(const void* data, size_t bytes, uintptr_t unit, int advice) {
+  const uintptr_t begin = (reinterpret_cast<uintptr_t>(data) + unit - 1) & ~(unit - 1);
+  const uintptr_t end = (reinterpret_cast<uintptr_t>(data) + bytes) & ~(unit - 1);
+  if (begin < end) madvise(reinterpret_cast<void*>(begin), end - begin, advice);
+}
+#endif
+
 }  // namespace
 
 void AdviseHugePages(const void* data, size_t bytes) {
 #if defined(__linux__) && defined(MADV_HUGEPAGE)
   // A huge page spares 511 faults of 4 KB: one inside the range pays for the call.
-  if (!data || bytes < kHugePage) return;
-  const uintptr_t begin = (reinterpret_cast<uintptr_t>(data) + kHugePage - 1) & ~(kHugePage - 1);
-  const uintptr_t end = (reinterpret_cast<uintptr_t>(data) + bytes) & ~(kHugePage - 1);
-  // Advice only: a system that refuses it reads at the usual cost.
-  if (begin < end) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+  if (data && bytes >= kHugePage) AdviseWholeUnits(data, bytes, kHugePage, MADV_HUGEPAGE);
 #else
   (void)data;
   (void)bytes;
 #endif
+}
+
+void PrepareForWriting(void* data, size_t bytes) {
+#if defined(__linux__) && defined(MADV_POPULATE_WRITE)
+  // One call costs about what a fault does: a few pages pay for it. A kernel older than 5.14
+  // refuses the request, and the pages fault in as they are written.
+  constexpr size_t kWorthIt = 16 * 1024;
+  if (data && bytes >= kWorthIt)
+    AdviseWholeUnits(data, bytes, static_cast<uintptr_t>(sysconf(_SC_PAGESIZE)), MADV_POPULATE_WRITE);
+#else
+  (void)data;
+  (void)bytes;
+#endif
+}
+
+void WriteAhead::Advance(char* room, size_t written, size_t end, size_t size) {
+  constexpr size_t kStep = size_t{1} << 20;
+  if (room != mRoom) mRoom = room, mReady = written;
+  if (end <= mReady) return;
+  const size_t next = std::min(size, std::max(end, mReady + kStep));
+  if (next > mReady) PrepareForWriting(room + mReady, next - mReady);
+  mReady = std::max(mReady, next);
 }
 
 LargeBlock::LargeBlock(size_t bytes) : mData(nullptr), mMapped(0) {

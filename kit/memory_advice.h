@@ -3,8 +3,10 @@
 // page fault per 4 KB page and a translation miss on nearly every page it touches; backed by
 // 2 MB pages, it costs 512 times fewer faults and far fewer misses. The kit and the reader ask
 // for such pages for the arrays they fill at once (a mesh's control points, polygons and layers,
-// a document's number lists).
+// a document's number lists), and have the pages they are about to write mapped in one call
+// rather than faulted in one by one (about three times cheaper per page on virtual machines).
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -39,6 +41,12 @@ class LargeBlock {
 // heap's statistics (mallinfo2) do not count.
 size_t MappedLargeBlockBytes();
 
+// Has the system map the whole pages inside [data, data + bytes) for writing now, in one call
+// (Linux 5.14 and later), instead of a fault at the first write to each. For memory that is
+// about to be written: what it maps stays resident whether written or not. Small ranges, and
+// systems without the facility, are left to fault as usual.
+void PrepareForWriting(void* data, size_t bytes);
+
 // Makes room for at least `count` items, advised as above.
 template <class T>
 void ReserveLarge(std::vector<T>& items, size_t count) {
@@ -46,5 +54,47 @@ void ReserveLarge(std::vector<T>& items, size_t count) {
   items.reserve(count);
   AdviseHugePages(items.data(), items.capacity() * sizeof(T));
 }
+
+// Prepares for writing the room of the next `more` items past the end of `items`, as far as its
+// capacity goes.
+template <class T>
+void PrepareToAppend(std::vector<T>& items, size_t more) {
+  const size_t room = std::min(more, items.capacity() - items.size());
+  PrepareForWriting(items.data() + items.size(), room * sizeof(T));
+}
+
+// Makes room for `count` items in all and prepares it for writing: for an array about to be
+// filled up to that count.
+template <class T>
+void ReserveToFill(std::vector<T>& items, size_t count) {
+  ReserveLarge(items, count);
+  if (count > items.size()) PrepareToAppend(items, count - items.size());
+}
+
+// Prepares room that is written from its start by many small writes (a number list as it
+// streams in, a slab of objects) a step ahead of them, so that its pages are mapped a megabyte
+// at a time. Never prepares past the room's end.
+class WriteAhead {
+ public:
+  // Called before the bytes of `room` (`size` bytes in all) are written up to `end`; `written`
+  // is how much of it holds data already when the room is new to this object (storage that an
+  // array moved to).
+  void Before(char* room, size_t written, size_t end, size_t size) {
+    if (room != mRoom || end > mReady) Advance(room, written, end, size);
+  }
+  // Called before up to `more` items are appended to `items`.
+  template <class T>
+  void Before(std::vector<T>& items, size_t more) {
+    const size_t end = items.size() + std::min(more, items.capacity() - items.size());
+    Before(reinterpret_cast<char*>(items.data()), items.size() * sizeof(T), end * sizeof(T),
+           items.capacity() * sizeof(T));
+  }
+
+ private:
+  void Advance(char* room, size_t written, size_t end, size_t size);
+
+  char* mRoom = nullptr;
+  size_t mReady = 0;  // the bytes from mRoom on that are written or prepared
+};
 
 }  // namespace zylsdk

@@ -55,6 +55,10 @@ void* ObjectMemory::Carve(size_t bytes) {
     mLeft = size;
     mSlabBytes += size;
   }
+  // An object is written as soon as it is carved.
+  char* const slab = mSlabs.back().data();
+  const size_t used = static_cast<size_t>(mCursor - slab);
+  mAhead.Before(slab, 0, used + bytes, used + mLeft);
   void* room = mCursor;
   mCursor += bytes;
   mLeft -= bytes;

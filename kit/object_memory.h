@@ -43,6 +43,7 @@ class ObjectMemory {
   char* mCursor = nullptr;
   size_t mLeft = 0;
   size_t mSlabBytes = 0;  // the room of every slab so far
+  WriteAhead mAhead;      // over the last slab
 };
 
 // A standard allocator over a pool, for the containers inside objects (their properties): they

@@ -36,7 +36,10 @@ Memory is time here: a page fault costs about 10 us, and a translation miss unde
 virtualisation is dear. The kit and the reader ask for huge pages for what they fill at once (arrays
 of 2 MB and more; the element tree's and the kit objects' blocks, mapped apart and aligned to
 2 MB: `kit/memory_advice.h`); this machine's transparent huge pages are on request ("madvise").
-Where they are off, the same reads take more page faults. What remains on the general heap
+Where they are off, the same reads take more page faults. Memory about to be written (an array
+reserved for a known count, a block filled from its start, a number list as it streams) is
+mapped a range at a time ahead of the writes (Linux's MADV_POPULATE_WRITE, from 5.14): here
+that costs about a third of the faults it replaces. What remains on the general heap
 (strings, small arrays, hash tables) is in 4 KB pages unless the application asks glibc for huge
 pages (`GLIBC_TUNABLES=glibc.malloc.hugetlb=1` in its environment).
 

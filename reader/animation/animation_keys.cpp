@@ -6,6 +6,7 @@
 #include <limits>
 #include <vector>
 
+#include "kit/memory_advice.h"
 #include "reader/animation/animation_steps.h"
 
 namespace zylsdk {
@@ -100,7 +101,7 @@ void SetCurveKeys(AnimationContext& context, const SamplerArrays& arrays, KFCurv
 
   curve.KeyModifyBegin();
   std::vector<KFCurveKey> keys;
-  keys.reserve(static_cast<size_t>(arrays.times.GetCount()));
+  ReserveToFill(keys, static_cast<size_t>(arrays.times.GetCount()));
   for (int i = 0; i < arrays.times.GetCount(); ++i) {
     const double seconds = arrays.times[i];
     // A key needs a point in time.

@@ -33,6 +33,7 @@ char* DaeDocument::Allocate(size_t bytes, size_t alignment) {
       // A large item gets a block of its own, kept behind the current one.
       mBlocks.emplace_back(bytes);
       char* own = mBlocks.back().data();
+      PrepareForWriting(own, bytes);
       if (mBlocks.size() > 1) std::swap(mBlocks.back(), mBlocks[mBlocks.size() - 2]);
       return own;
     }
@@ -41,6 +42,8 @@ char* DaeDocument::Allocate(size_t bytes, size_t alignment) {
     mBlockBytes += blockSize;
     start = 0;
   }
+  // What is allocated here is written at once.
+  mAhead.Before(mBlocks.back().data(), 0, start + bytes, mBlockSize);
   mBlockUsed = start + bytes;
   return mBlocks.back().data() + start;
 }

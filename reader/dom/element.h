@@ -109,6 +109,7 @@ class DaeDocument {
   size_t mBlockUsed = 0;
   size_t mBlockSize = 0;
   size_t mBlockBytes = 0;  // the room of every shared block so far
+  WriteAhead mAhead;       // over the last shared block
   std::unordered_map<std::string_view, const char*> mNames;
   IdIndex mIds;
 };

@@ -87,7 +87,7 @@ template <class T, class Value>
 void ReadItems(const AccessorLayout& layout, const std::vector<Value>& values, KArrayTemplate<T>& out) {
   const int64_t size = static_cast<int64_t>(values.size());
   const size_t components = std::min<size_t>(layout.components.size(), ComponentsOf<T>());
-  out.Reserve(static_cast<int>(layout.count));
+  out.ReserveToFill(static_cast<int>(layout.count));
   for (int64_t i = 0; i < layout.count; ++i) {
     T item{};
     int64_t base = layout.offset + i * layout.stride;
@@ -108,7 +108,7 @@ void ReadComponents(const AccessorLayout& layout, const std::vector<Value>& valu
   for (int64_t position : layout.components)
     if (position < layout.stride) inside.push_back(position);
   std::vector<Value>& components = out.Std();
-  components.reserve(components.size() + static_cast<size_t>(layout.count) * inside.size());
+  ReserveToFill(components, components.size() + static_cast<size_t>(layout.count) * inside.size());
   for (int64_t i = 0; i < layout.count; ++i) {
     const int64_t base = layout.offset + i * layout.stride;
     for (int64_t position : inside) {
@@ -150,7 +150,7 @@ void StreamItems(const DaeElement* array, AccessorLayout& layout, KArrayTemplate
   std::vector<double> storage;
   const std::vector<double>& values = DAE_GetDoubles(array, storage);
   std::vector<T>& items = out.Std();
-  items.reserve(values.size() / static_cast<size_t>(layout.stride) + 1);
+  ReserveToFill(items, values.size() / static_cast<size_t>(layout.stride) + 1);
   int64_t index = 0;
   int64_t position = 0;
   for (double value : values) {

@@ -3,7 +3,8 @@
 // sequence (each a quarter of what came before, within bounds), so that a small document takes
 // little memory, a large one is made of few large blocks (LargeBlock: backed by huge pages where
 // the system allows), and at most a fifth of the room is ever unused. Memory is obtained
-// without touching it, so that only the items appended cost anything.
+// without touching it and mapped a step ahead of the items appended (WriteAhead), so that only
+// they cost anything, and a megabyte more at most.
 
 #include <algorithm>
 #include <cstddef>
@@ -34,6 +35,7 @@ class StableBlocks {
       mBlocks.push_back({LargeBlock(capacity * sizeof(T)), mSize, 0, capacity});
     }
     Block& block = mBlocks.back();
+    mAhead.Before(block.room.data(), 0, (block.used + 1) * sizeof(T), block.capacity * sizeof(T));
     ++mSize;
     return *new (block.Items() + block.used++) T();
   }
@@ -64,6 +66,7 @@ class StableBlocks {
 
   std::vector<Block> mBlocks;
   size_t mSize = 0;
+  WriteAhead mAhead;  // over the last block
 };
 
 }  // namespace zylsdk

@@ -27,10 +27,21 @@ bool ValueStream::Separates(char c) const {
 }
 
 void ValueStream::Convert(const char* begin, const char* end) {
+  // Each item takes a character and a separator at least.
+  const size_t most = static_cast<size_t>(end - begin) / 2 + 1;
   switch (mValues.kind) {
-    case ValueKind::kDoubles: AppendDoubles(begin, end, mValues.doubles); break;
-    case ValueKind::kInts: AppendInts(begin, end, mValues.ints); break;
-    case ValueKind::kWords: AppendWords(begin, end, mValues.words); break;
+    case ValueKind::kDoubles:
+      mAhead.Before(mValues.doubles, most);
+      AppendDoubles(begin, end, mValues.doubles);
+      break;
+    case ValueKind::kInts:
+      mAhead.Before(mValues.ints, most);
+      AppendInts(begin, end, mValues.ints);
+      break;
+    case ValueKind::kWords:
+      mAhead.Before(mValues.words, most);
+      AppendWords(begin, end, mValues.words);
+      break;
   }
 }
 

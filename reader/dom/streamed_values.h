@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "kit/kstring.h"
+#include "kit/memory_advice.h"
 
 namespace zylsdk {
 
@@ -36,6 +37,7 @@ class ValueStream {
 
   StreamedValues mValues;
   std::string mCutItem;
+  WriteAhead mAhead;
 };
 
 }  // namespace zylsdk

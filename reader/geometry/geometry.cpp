@@ -185,7 +185,7 @@ bool KZylReaderCollada::ImportVertices(DaeElement* meshElement, KZylGeometry* ge
   element->SetMappingMode(KZylLayerElement::eByControlPoint);
   element->SetReferenceMode(KZylLayerElement::eDirect);
   KArrayTemplate<KZylColor>& direct = element->GetDirectArray();
-  direct.Reserve(direct.GetCount() + colors->GetCount());
+  direct.ReserveToFill(direct.GetCount() + colors->GetCount());
   for (const KZylColor& color : *colors) direct.Add(color);
   return true;
 }

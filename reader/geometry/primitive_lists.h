@@ -129,6 +129,7 @@ void ReserveMore(KArrayTemplate<T>& array, int64_t extra) {
   std::vector<T>& items = array.Std();
   const size_t needed = items.size() + static_cast<size_t>(extra > 0 ? extra : 0);
   if (needed > items.capacity()) ReserveLarge(items, needed > 2 * items.capacity() ? needed : 2 * items.capacity());
+  PrepareToAppend(items, needed - items.size());
 }
 
 }  // namespace zylsdk

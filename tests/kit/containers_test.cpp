@@ -60,6 +60,23 @@ TEST(KArrayTemplate, InsertAndRemoveClampOrIgnoreBadIndices) {
   EXPECT_TRUE(numbers.IsEmpty());
 }
 
+TEST(KArrayTemplate, ReserveToFillMakesRoomWithoutTouchingTheItemsOrTheirCopies) {
+  KArrayTemplate<double> values{1.5, 2.5};
+  const KArrayTemplate<double> copy = values;
+  values.ReserveToFill(100000);
+  EXPECT_GE(values.Std().capacity(), 100000u);
+  EXPECT_EQ(values, (KArrayTemplate<double>{1.5, 2.5}));
+  for (int i = 0; i < 99998; ++i) values.Add(i);
+  EXPECT_EQ(values.GetCount(), 100000);
+  EXPECT_EQ(values.GetAt(99999), 99997.0);
+  // The copy shared the storage before the reservation: it keeps its own two items.
+  EXPECT_EQ(copy, (KArrayTemplate<double>{1.5, 2.5}));
+  // Fewer than there are, or none: nothing changes.
+  values.ReserveToFill(10);
+  values.ReserveToFill(-1);
+  EXPECT_EQ(values.GetCount(), 100000);
+}
+
 TEST(KBaseArray, HoldsItemsOfItsSize) {
   KBaseArray array(16, 8);
   EXPECT_EQ(array.GetItemSize(), 16);

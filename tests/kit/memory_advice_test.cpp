@@ -1,5 +1,6 @@
 // Large blocks: writable from end to end, aligned to a huge page and counted apart from the heap
 // when they have a mapping of their own, and handed over by moves without being freed twice.
+// Memory prepared for writing: mapped at once, whole pages only, never past the room it is told.
 
 #include <gtest/gtest.h>
 
@@ -9,6 +10,11 @@
 #include <vector>
 
 #include "kit/memory_advice.h"
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -60,5 +66,96 @@ TEST(LargeBlock, MovesHandTheRoomOver) {
   }
   for (int i = 0; i < 20; ++i) EXPECT_EQ(blocks[static_cast<size_t>(i)].data()[0], static_cast<char>(i));
 }
+
+#if defined(__linux__) && defined(MADV_POPULATE_WRITE)
+
+const size_t kPage = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+
+// Room of its own for a test, untouched: none of its pages is resident yet.
+class FreshRoom {
+ public:
+  explicit FreshRoom(size_t bytes) : mBytes(bytes) {
+    void* mapped = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    mData = mapped == MAP_FAILED ? nullptr : static_cast<char*>(mapped);
+    // Base pages whatever the system's default: a huge page would map more than was asked.
+    if (mData) madvise(mData, bytes, MADV_NOHUGEPAGE);
+  }
+  ~FreshRoom() {
+    if (mData) munmap(mData, mBytes);
+  }
+  char* data() const { return mData; }
+  // Whether the page holding data() + offset is mapped in.
+  bool Resident(size_t offset) const {
+    unsigned char state = 0;
+    char* page = mData + offset / kPage * kPage;
+    return mincore(page, kPage, &state) == 0 && (state & 1) != 0;
+  }
+
+ private:
+  char* mData;
+  size_t mBytes;
+};
+
+// Whether this kernel maps a range for writing on request (Linux 5.14 and later).
+bool KernelPopulates() {
+  FreshRoom probe(kPage);
+  return probe.data() && madvise(probe.data(), kPage, MADV_POPULATE_WRITE) == 0;
+}
+
+TEST(PrepareForWriting, MapsTheWholePagesInsideTheRangeAndNothingElse) {
+  if (!KernelPopulates()) GTEST_SKIP() << "this kernel does not map ranges on request";
+  FreshRoom room(64 * kPage);
+  ASSERT_NE(room.data(), nullptr);
+  // From the middle of the second page to the middle of the fortieth.
+  PrepareForWriting(room.data() + kPage + 10, 38 * kPage);
+  EXPECT_FALSE(room.Resident(0));
+  EXPECT_FALSE(room.Resident(kPage));  // only partly inside
+  for (size_t page = 2; page < 39; ++page) EXPECT_TRUE(room.Resident(page * kPage)) << page;
+  EXPECT_FALSE(room.Resident(39 * kPage));  // only partly inside
+  EXPECT_FALSE(room.Resident(63 * kPage));
+}
+
+TEST(WriteAhead, PreparesAStepAheadOfTheWritesAndNeverPastTheRoom) {
+  if (!KernelPopulates()) GTEST_SKIP() << "this kernel does not map ranges on request";
+  constexpr size_t kMegabyte = size_t{1} << 20;
+  FreshRoom room(4 * kMegabyte);
+  ASSERT_NE(room.data(), nullptr);
+  const size_t size = 3 * kMegabyte;  // the room the writes are told of
+  WriteAhead ahead;
+  ahead.Before(room.data(), 0, 100, size);
+  EXPECT_TRUE(room.Resident(0));
+  EXPECT_TRUE(room.Resident(kMegabyte - kPage));
+  EXPECT_FALSE(room.Resident(kMegabyte + kPage));
+  // Writes inside what is prepared ask for nothing more.
+  ahead.Before(room.data(), 0, kMegabyte - 1, size);
+  EXPECT_FALSE(room.Resident(kMegabyte + kPage));
+  ahead.Before(room.data(), 0, kMegabyte + 1, size);
+  EXPECT_TRUE(room.Resident(2 * kMegabyte - kPage));
+  EXPECT_FALSE(room.Resident(2 * kMegabyte + kPage));
+  ahead.Before(room.data(), 0, size, size);
+  EXPECT_TRUE(room.Resident(size - kPage));
+  EXPECT_FALSE(room.Resident(size));
+  EXPECT_FALSE(room.Resident(4 * kMegabyte - kPage));
+}
+
+TEST(WriteAhead, StartsAgainWhereNewRoomHoldsNoDataYet) {
+  if (!KernelPopulates()) GTEST_SKIP() << "this kernel does not map ranges on request";
+  constexpr size_t kMegabyte = size_t{1} << 20;
+  FreshRoom first(2 * kMegabyte);
+  FreshRoom second(4 * kMegabyte);
+  ASSERT_NE(first.data(), nullptr);
+  ASSERT_NE(second.data(), nullptr);
+  WriteAhead ahead;
+  ahead.Before(first.data(), 0, 100, 2 * kMegabyte);
+  // The second room already holds a megabyte (as an array's items copied into new storage do):
+  // what is prepared starts after it.
+  ahead.Before(second.data(), kMegabyte, kMegabyte + 100, 4 * kMegabyte);
+  EXPECT_FALSE(second.Resident(kMegabyte / 2));
+  EXPECT_TRUE(second.Resident(kMegabyte + kPage));
+  EXPECT_TRUE(second.Resident(2 * kMegabyte - kPage));
+  EXPECT_FALSE(second.Resident(2 * kMegabyte + kPage));
+}
+
+#endif
 
 }  // namespace
