@@ -42,7 +42,11 @@ size_t IndicesAnnounced(const DaeElement& list) {
 size_t ExpectedListLength(const DaeElement& list) {
   if (const char* count = list.FindAttribute("count")) return static_cast<size_t>(IntegerAttribute(count));
   const std::string_view name = list.Name();
-  return name == "p" || name == "v" ? IndicesAnnounced(list) : 0;
+  if (name == "p" || name == "v") return IndicesAnnounced(list);
+  // One count per polygon of a polylist, per vertex of a skin's weights: the parent's count.
+  const DaeElement* parent = list.Parent();
+  if (name == "vcount" && parent) return static_cast<size_t>(IntegerAttribute(parent->FindAttribute("count")));
+  return 0;
 }
 
 }  // namespace zylsdk

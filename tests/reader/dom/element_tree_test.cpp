@@ -150,6 +150,8 @@ TEST(ElementTree, ListLengthCountAttributesAndWhatSiblingsAnnounce) {
   EXPECT_EQ(Expected(document, "lines", "p"), 10u);
   EXPECT_EQ(Expected(document, "polylist", "p"), 24u);  // 12 vertices x 2 indices
   EXPECT_EQ(Expected(document, "vertex_weights", "v"), 6u);
+  EXPECT_EQ(Expected(document, "polylist", "vcount"), 3u);
+  EXPECT_EQ(Expected(document, "vertex_weights", "vcount"), 2u);
   // Nothing tells how long one polygon of `polygons` or one strip is; a negative count is none.
   EXPECT_EQ(Expected(document, "polygons", "p"), 0u);
   EXPECT_EQ(Expected(document, "tristrips", "p"), 0u);
