@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "kit/memory_advice.h"
 #include "kit/object_memory.h"
 #include "kit/reader_base.h"
 
@@ -34,6 +35,7 @@ std::unique_ptr<KZylReader> KZylSdkManager::CreateReader(const KString& fileName
 
 void KZylSdkManager::AdoptObject(KZylObject* object) {
   // An object's unique id is its position in mObjects plus one.
+  MakeRoomForOne(mObjects);
   mObjects.emplace_back(object);
   object->mUniqueID = mObjects.size();
   ++mLiveObjects;

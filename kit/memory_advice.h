@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace zylsdk {
@@ -69,6 +70,22 @@ template <class T>
 void ReserveToFill(std::vector<T>& items, size_t count) {
   ReserveLarge(items, count);
   if (count > items.size()) PrepareToAppend(items, count - items.size());
+}
+
+// Makes room for one more item in an array that grows an item at a time (a manager's objects, a
+// node's children): its capacity doubles, as push_back's would, and the new storage is prepared
+// for writing before the items move into it, as far as they go and a megabyte further at most
+// (the array may stop growing).
+template <class T>
+void MakeRoomForOne(std::vector<T>& items) {
+  if (items.size() < items.capacity()) return;
+  std::vector<T> grown;
+  grown.reserve(std::max<size_t>(8, 2 * items.capacity()));
+  const size_t moved = items.size() * sizeof(T);
+  AdviseHugePages(grown.data(), grown.capacity() * sizeof(T));
+  PrepareForWriting(grown.data(), moved + std::min(moved, size_t{1} << 20));
+  for (T& item : items) grown.push_back(std::move(item));
+  items.swap(grown);
 }
 
 // Prepares room that is written from its start by many small writes (a number list as it

@@ -5,6 +5,7 @@
 
 #include "kit/geometry.h"
 #include "kit/manager.h"
+#include "kit/memory_advice.h"
 #include "kit/scene.h"
 
 namespace zylsdk {
@@ -40,6 +41,7 @@ bool KZylNode::AddChild(KZylNode* child) {
       return false;
     }
   }
+  MakeRoomForOne(mChildren);
   mChildren.push_back(child);
   child->mParent = this;
   GetZylSdkManager()->TouchHierarchy();

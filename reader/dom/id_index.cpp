@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "kit/memory_advice.h"
 #include "reader/dom/element.h"
 
 namespace zylsdk {
@@ -27,7 +28,11 @@ size_t IdIndex::SlotOf(std::string_view id, uint32_t hash) const {
 }
 
 void IdIndex::Grow() {
-  std::vector<Slot> old(mSlots.empty() ? kFirstSlots : 2 * mSlots.size());
+  // Every slot of the new table is written at once (empty).
+  std::vector<Slot> old;
+  const size_t slots = mSlots.empty() ? kFirstSlots : 2 * mSlots.size();
+  ReserveToFill(old, slots);
+  old.resize(slots);
   old.swap(mSlots);
   const size_t mask = mSlots.size() - 1;
   for (const Slot& slot : old) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -65,6 +66,28 @@ TEST(LargeBlock, MovesHandTheRoomOver) {
     blocks.back().data()[0] = static_cast<char>(i);
   }
   for (int i = 0; i < 20; ++i) EXPECT_EQ(blocks[static_cast<size_t>(i)].data()[0], static_cast<char>(i));
+}
+
+TEST(MakeRoomForOne, KeepsTheItemsInOrderAndDoublesTheRoom) {
+  std::vector<std::unique_ptr<int>> items;
+  size_t growths = 0;
+  for (int i = 0; i < 100000; ++i) {
+    const size_t before = items.capacity();
+    MakeRoomForOne(items);
+    EXPECT_GT(items.capacity(), items.size());
+    if (items.capacity() != before) {
+      ++growths;
+      EXPECT_GE(items.capacity(), 2 * before);
+    }
+    items.push_back(std::make_unique<int>(i));
+  }
+  // Doubling from 8: 15 growths reach 131,072 items; a growth per item would be quadratic.
+  EXPECT_LE(growths, 15u);
+  for (int i = 0; i < 100000; ++i) ASSERT_EQ(*items[static_cast<size_t>(i)], i);
+  // With room left, nothing moves.
+  const std::unique_ptr<int>* storage = items.data();
+  MakeRoomForOne(items);
+  EXPECT_EQ(items.data(), storage);
 }
 
 #if defined(__linux__) && defined(MADV_POPULATE_WRITE)
