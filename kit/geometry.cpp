@@ -67,8 +67,7 @@ void KZylLayerContainer::ForgetObjects(const ObjectSet& gone) {
 
 void KZylGeometryBase::InitControlPointArray(int count) {
   const size_t size = count > 0 ? static_cast<size_t>(count) : 0;
-  ReserveToFill(mControlPoints.Std(), size);
-  mControlPoints.Std().resize(size, KZylVector4(0.0, 0.0, 0.0, 1.0));
+  ResizeToFill(mControlPoints.Std(), size, KZylVector4(0.0, 0.0, 0.0, 1.0));
 }
 
 void KZylGeometryBase::SetControlPointAndNormal(const KZylVector4& position, const KZylVector4& normal, int index) {
@@ -207,14 +206,10 @@ void KZylMesh::CopyPolygonsFrom(const KZylMesh& source) {
 }
 
 void KZylMesh::ReservePolygons(int64_t polygons, int64_t vertices) {
-  // Geometric growth, so that many small reservations stay linear.
-  auto reserve = [](auto& items, int64_t more) {
-    const size_t needed = items.size() + static_cast<size_t>(std::clamp<int64_t>(more, 0, INT_MAX));
-    if (needed > items.capacity()) ReserveLarge(items, std::max(needed, 2 * items.capacity()));
-    PrepareToAppend(items, needed - items.size());
-  };
-  reserve(mPolygons.Std(), polygons);
-  reserve(mPolygonVertices.Std(), vertices);
+  // ReserveToAppend grows geometrically, so that many small reservations stay linear.
+  auto count = [](int64_t more) { return static_cast<size_t>(std::clamp<int64_t>(more, 0, INT_MAX)); };
+  ReserveToAppend(mPolygons.Std(), count(polygons));
+  ReserveToAppend(mPolygonVertices.Std(), count(vertices));
 }
 
 int KZylMesh::GetPolygonSize(int polygon) const {
@@ -248,8 +243,7 @@ bool KZylMesh::ComputeVertexNormals(bool) {
   const int pointCount = GetControlPointsCount();
   const KArrayTemplate<KZylVector4>& points = GetControlPoints();
   std::vector<KZylVector4> sums;
-  ReserveToFill(sums, static_cast<size_t>(pointCount));
-  sums.resize(static_cast<size_t>(pointCount));
+  ResizeToFill(sums, static_cast<size_t>(pointCount));
   auto valid = [&](int index) { return index >= 0 && index < pointCount; };
   const KArrayTemplate<Polygon>& polygons = mPolygons;
   const KArrayTemplate<int>& vertices = mPolygonVertices;

@@ -2,7 +2,6 @@
 // The kit's containers: KArrayTemplate (a growable array), KBaseArray (an untyped array of
 // fixed-size items) and KSet2 (a set that keeps insertion order).
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <initializer_list>
@@ -52,13 +51,7 @@ class KArrayTemplate {
   // (kit/memory_advice.h), and stays resident whether filled or not.
   void ReserveToFill(int count) { if (count > 0) zylsdk::ReserveToFill(Write(), static_cast<size_t>(count)); }
   // Every item added is written at once: its memory is mapped ahead (kit/memory_advice.h).
-  void Resize(int count) {
-    const size_t size = count > 0 ? static_cast<size_t>(count) : 0;
-    Storage& items = Write();
-    if (size > items.capacity()) ReserveLarge(items, std::max(size, 2 * items.capacity()));
-    if (size > items.size()) PrepareToAppend(items, size - items.size());
-    items.resize(size);
-  }
+  void Resize(int count) { ResizeToFill(Write(), count > 0 ? static_cast<size_t>(count) : 0); }
 
   bool IsValidIndex(int index) const { return index >= 0 && static_cast<size_t>(index) < Read().size(); }
   T GetAt(int index) const { return IsValidIndex(index) ? Read()[static_cast<size_t>(index)] : T(); }

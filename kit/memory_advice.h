@@ -72,6 +72,23 @@ void ReserveToFill(std::vector<T>& items, size_t count) {
   if (count > items.size()) PrepareToAppend(items, count - items.size());
 }
 
+// Makes room for `more` items past the end of `items`, growing geometrically so that many small
+// reservations stay linear, and prepares that room for writing: for items about to be appended.
+template <class T>
+void ReserveToAppend(std::vector<T>& items, size_t more) {
+  const size_t needed = items.size() + more;
+  if (needed > items.capacity()) ReserveLarge(items, std::max(needed, 2 * items.capacity()));
+  PrepareToAppend(items, more);
+}
+
+// Resizes `items` to `count`; the items added (copies of `value`) are written in room prepared
+// for writing at once.
+template <class T>
+void ResizeToFill(std::vector<T>& items, size_t count, const T& value = T()) {
+  if (count > items.size()) ReserveToAppend(items, count - items.size());
+  items.resize(count, value);
+}
+
 // Makes room for one more item in an array that grows an item at a time (a manager's objects, a
 // node's children): its capacity doubles, as push_back's would, and the new storage is prepared
 // for writing before the items move into it, as far as they go and a megabyte further at most

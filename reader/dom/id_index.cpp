@@ -30,9 +30,7 @@ size_t IdIndex::SlotOf(std::string_view id, uint32_t hash) const {
 void IdIndex::Grow() {
   // Every slot of the new table is written at once (empty).
   std::vector<Slot> old;
-  const size_t slots = mSlots.empty() ? kFirstSlots : 2 * mSlots.size();
-  ReserveToFill(old, slots);
-  old.resize(slots);
+  ResizeToFill(old, mSlots.empty() ? kFirstSlots : 2 * mSlots.size());
   old.swap(mSlots);
   const size_t mask = mSlots.size() - 1;
   for (const Slot& slot : old) {

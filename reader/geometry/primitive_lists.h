@@ -122,14 +122,10 @@ void PrimitiveLists::ForEachValue(const Polygon& polygon, int offset, Visit&& vi
   }
 }
 
-// Makes room for `extra` more items, growing geometrically so that many small appends stay
-// linear.
+// Makes room for `extra` more items (kit/memory_advice.h: geometric growth, room prepared).
 template <class T>
 void ReserveMore(KArrayTemplate<T>& array, int64_t extra) {
-  std::vector<T>& items = array.Std();
-  const size_t needed = items.size() + static_cast<size_t>(extra > 0 ? extra : 0);
-  if (needed > items.capacity()) ReserveLarge(items, needed > 2 * items.capacity() ? needed : 2 * items.capacity());
-  PrepareToAppend(items, needed - items.size());
+  ReserveToAppend(array.Std(), static_cast<size_t>(extra > 0 ? extra : 0));
 }
 
 }  // namespace zylsdk

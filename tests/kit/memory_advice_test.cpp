@@ -68,6 +68,33 @@ TEST(LargeBlock, MovesHandTheRoomOver) {
   for (int i = 0; i < 20; ++i) EXPECT_EQ(blocks[static_cast<size_t>(i)].data()[0], static_cast<char>(i));
 }
 
+TEST(ResizeToFill, AddsCopiesOfTheValueAndKeepsOrDropsTheRest) {
+  std::vector<int> items{1, 2};
+  ResizeToFill(items, 5, 7);
+  EXPECT_EQ(items, (std::vector<int>{1, 2, 7, 7, 7}));
+  ResizeToFill(items, 100000);
+  EXPECT_EQ(items.size(), 100000u);
+  EXPECT_EQ(items[4], 7);
+  EXPECT_EQ(items[99999], 0);
+  ResizeToFill(items, 1);
+  EXPECT_EQ(items, (std::vector<int>{1}));
+}
+
+TEST(ReserveToAppend, GrowsGeometricallyUnderManySmallReservations) {
+  std::vector<int> items;
+  size_t growths = 0;
+  for (int i = 0; i < 100000; ++i) {
+    const size_t before = items.capacity();
+    ReserveToAppend(items, 3);
+    EXPECT_GE(items.capacity(), items.size() + 3);
+    if (items.capacity() != before) ++growths;
+    items.insert(items.end(), {i, i, i});
+  }
+  // Room for exactly three more each time would grow 100,000 times: a quadratic copy.
+  EXPECT_LE(growths, 20u);
+  EXPECT_EQ(items[299999], 99999);
+}
+
 TEST(MakeRoomForOne, KeepsTheItemsInOrderAndDoublesTheRoom) {
   std::vector<std::unique_ptr<int>> items;
   size_t growths = 0;
