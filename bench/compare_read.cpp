@@ -6,15 +6,29 @@
 //   tree   libxml2's document tree, built and freed, nothing else;
 //   ours   the whole read through the manager and the reader, as an application does it;
 //   peer   Assimp's COLLADA importer without post-processing (when the bench was built with it).
+// Beside them, what only writing memory costs (touch-huge and touch-small write N MiB in 2 MB
+// or 4 KB pages): the main table prices the scene's own bytes at that rate, the least any read
+// that builds the scene pays.
 // Each document is read ROUNDS times (5 unless given) by every way in turn, so that a slow
 // moment of the machine falls on all of them; the table gives medians. A process that reads
 // nothing is measured the same way and subtracted: what remains is what the read costs.
 //
-//   bench_compare_read [CORPUS_FOLDER] [--only TEXT] [--rounds N] [--keep] [--scaling]
+// After a process that held more than a few megabytes the machine is left to settle (SETTLE
+// seconds, 3 unless given) before the next one starts. A virtual machine that reports free
+// memory to its host (virtio's free page reporting, about 2 s after the memory is freed) makes
+// the next process that touches that memory pay the host's faults as well; a process started
+// right after another one that freed memory would find it still backed, and measure far less.
+// Settling makes every process pay like the first one after a pause: the same, and the most.
+//
+//   bench_compare_read [CORPUS_FOLDER] [--only TEXT] [--rounds N] [--settle SECONDS] [--keep]
+//                      [--scaling] [--memory-cost]
 //
 // --only keeps the documents whose name contains TEXT; --keep leaves the generated documents
 // in /tmp (zylbench-compare-N.dae), for a profiler's use; --scaling reads each generated kind at
-// a quarter of its size too and prints how the cost grows with the input.
+// a quarter of its size too and prints how the cost grows with the input, in processor time and,
+// when valgrind is installed, in instructions executed (counted by cachegrind, the same on every
+// run, less those of a process that reads nothing); --memory-cost
+// prints only what touching memory costs a fresh process, in huge and in small pages.
 // Prints Markdown (scripts/update-performance-table.sh writes it to docs/performance.md). The
 // documents are the corpus files of at least 1 MB, when the folder is given and exists, and
 // generated ones: a million-triangle mesh, 100,000 nodes, 1,000 nodes x 1,000 keys, a skin of
@@ -23,6 +37,7 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <malloc.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -52,6 +67,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kDefaultRounds = 5;
+constexpr double kDefaultSettleSeconds = 3.0;
+// A process whose peak exceeds the idle one's by more than this leaves memory to be reported.
+constexpr double kSettleAboveMegabytes = 4.0;
 constexpr uintmax_t kLargeFile = 1000000;
 
 // ---------------------------------------------------------------- the SAX limit
@@ -183,6 +201,17 @@ size_t HeapInUse() {
   EndChild(read.ok, after > before ? after - before : 0);
 }
 
+// Writes one byte in every page of `mebibytes` MiB of new memory, in 2 MB pages when `huge`:
+// what memory costs a process apart from anything it computes.
+bool TouchMemory(const std::string& mebibytes, bool huge) {
+  const size_t bytes = static_cast<size_t>(std::max(1, std::atoi(mebibytes.c_str()))) << 20;
+  zylsdk::LargeBlock block(bytes);
+  if (!huge) madvise(block.data(), bytes, MADV_NOHUGEPAGE);
+  const long page = sysconf(_SC_PAGESIZE);
+  for (size_t at = 0; at < bytes; at += static_cast<size_t>(page)) static_cast<volatile char*>(block.data())[at] = 1;
+  return true;
+}
+
 #ifdef ZYL_HAVE_PEER
 bool Peer(const std::string& path) {
   Assimp::Importer importer;
@@ -209,6 +238,8 @@ struct Measurement {
     ok = LibxmlTree(path);
   } else if (way == "ours") {
     Ours(path);
+  } else if (way == "touch-huge" || way == "touch-small") {
+    ok = TouchMemory(path, way == "touch-huge");
 #ifdef ZYL_HAVE_PEER
   } else if (way == "peer") {
     ok = Peer(path);
@@ -247,7 +278,7 @@ Measurement RunChild(const char* self, const std::string& way, const std::string
   long peakKilobytes = 0;
   size_t sceneBytes = 0;
   if (length <= 0 || std::sscanf(buffer, "%ld %zu", &peakKilobytes, &sceneBytes) != 2) return Measurement();
-  result.megabytes = static_cast<double>(peakKilobytes) / 1024.0;
+  result.megabytes = static_cast<double>(peakKilobytes) * 1024.0 / 1e6;
   result.sceneMegabytes = static_cast<double>(sceneBytes) / 1e6;
   return result;
 }
@@ -264,6 +295,10 @@ struct Document {
   bool generated = false;
 };
 
+double gSettleSeconds = kDefaultSettleSeconds;
+
+void Settle() { usleep(static_cast<useconds_t>(gSettleSeconds * 1e6)); }
+
 // The medians of each way over `rounds` rounds, the ways taking turns; the process that
 // reads nothing is subtracted.
 std::vector<Measurement> MeasureWays(const char* self, const std::vector<std::string>& ways, const std::string& path,
@@ -271,7 +306,11 @@ std::vector<Measurement> MeasureWays(const char* self, const std::vector<std::st
   std::vector<std::vector<Measurement>> runs(ways.size() + 1);
   for (int round = 0; round < rounds; ++round) {
     runs[0].push_back(RunChild(self, "none", path));
-    for (size_t way = 0; way < ways.size(); ++way) runs[way + 1].push_back(RunChild(self, ways[way], path));
+    const double idlePeak = runs[0].back().megabytes;
+    for (size_t way = 0; way < ways.size(); ++way) {
+      runs[way + 1].push_back(RunChild(self, ways[way], path));
+      if (runs[way + 1].back().megabytes > idlePeak + kSettleAboveMegabytes) Settle();
+    }
   }
   auto median = [](const std::vector<Measurement>& all, double Measurement::*field) {
     std::vector<double> values;
@@ -334,6 +373,60 @@ std::string Cell(const Measurement& m, bool memory) {
 
 std::string Ratio(double a, double b) { return b > 0.0 ? Number(a / b, "%.2f") : "n/a"; }
 
+// The instructions that reading `path` by `way` executes in a process of its own, counted by
+// valgrind's cachegrind; 0 when valgrind cannot be run.
+double CountInstructions(const char* self, const std::string& way, const std::string& path) {
+  const std::string command = "valgrind --tool=cachegrind --cache-sim=no --cachegrind-out-file=/dev/null '" +
+                              std::string(self) + "' --way " + way + " '" + path + "' 2>&1 >/dev/null";
+  FILE* output = popen(command.c_str(), "r");
+  if (!output) return 0.0;
+  double count = 0.0;
+  char line[512];
+  while (std::fgets(line, sizeof line, output)) {
+    const char* refs = std::strstr(line, "I   refs:");
+    if (!refs) continue;
+    std::string digits;
+    for (const char* c = refs + std::strlen("I   refs:"); *c; ++c)
+      if (*c >= '0' && *c <= '9') digits += *c;
+    count = digits.empty() ? 0.0 : std::stod(digits);
+  }
+  return pclose(output) == 0 ? count : 0.0;
+}
+
+// The instructions of our read of `path` alone: those of a process that reads nothing less.
+double ReadInstructions(const char* self, const std::string& path) {
+  const double read = CountInstructions(self, "ours", path);
+  const double idle = CountInstructions(self, "none", path);
+  return read > idle && idle > 0.0 ? read - idle : 0.0;
+}
+
+std::string Millions(double count) { return count > 0.0 ? Number(count / 1e6, "%.0f") : "n/a"; }
+
+// What writing to memory costs a fresh process, in seconds per megabyte (10^6 bytes; the medians of
+// `rounds`): memory it is the first to touch since the machine settled, or (`reused`) memory
+// another process freed just before it started.
+constexpr int kTouchedMebibytes = 256;
+
+double MemoryCost(const char* self, const char* way, int rounds, bool reused) {
+  const std::string size = std::to_string(kTouchedMebibytes);
+  std::vector<double> seconds;
+  for (int round = 0; round < rounds; ++round) {
+    Settle();
+    if (reused) RunChild(self, way, size);
+    seconds.push_back(RunChild(self, way, size).seconds);
+  }
+  Settle();
+  const double idle = RunChild(self, "none", size).seconds;
+  return std::max(0.0, Median(seconds) - idle) / (kTouchedMebibytes * 1048576.0 / 1e6);
+}
+
+void PrintMemoryCost(const char* self, int rounds) {
+  std::printf("| pages | ms per MB, memory untouched since the machine settled | ms per MB, memory freed just before |\n");
+  std::printf("|---|---|---|\n");
+  for (const char* way : {"touch-huge", "touch-small"})
+    std::printf("| %s | %.2f | %.2f |\n", std::strcmp(way, "touch-huge") == 0 ? "2 MB" : "4 KB",
+                MemoryCost(self, way, rounds, false) * 1e3, MemoryCost(self, way, rounds, true) * 1e3);
+}
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -343,17 +436,26 @@ int main(int argc, char** argv) {
   int rounds = kDefaultRounds;
   bool keep = false;
   bool scaling = false;
+  bool memoryCost = false;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--only") == 0 && i + 1 < argc)
       only = argv[++i];
     else if (std::strcmp(argv[i], "--rounds") == 0 && i + 1 < argc)
       rounds = std::max(1, std::atoi(argv[++i]));
+    else if (std::strcmp(argv[i], "--settle") == 0 && i + 1 < argc)
+      gSettleSeconds = std::max(0.0, std::atof(argv[++i]));
+    else if (std::strcmp(argv[i], "--memory-cost") == 0)
+      memoryCost = true;
     else if (std::strcmp(argv[i], "--keep") == 0)
       keep = true;
     else if (std::strcmp(argv[i], "--scaling") == 0)
       scaling = true;
     else
       corpus = argv[i];
+  }
+  if (memoryCost) {
+    PrintMemoryCost(argv[0], rounds);
+    return 0;
   }
   std::vector<std::string> ways = {"sax", "tree", "ours"};
 #ifdef ZYL_HAVE_PEER
@@ -370,9 +472,12 @@ int main(int argc, char** argv) {
   for (const Document& document : CorpusDocuments(corpus))
     if (document.name.find(only) != std::string::npos) documents.push_back(document);
 
+  // What only touching the scene's memory, in huge pages, costs a fresh process.
+  const double secondsPerMegabyte = MemoryCost(argv[0], "touch-huge", rounds, false);
   std::printf("| document | MB | SAX limit s | libxml2 tree s | ours s | peer s | ours / SAX | peer / ours "
-              "| SAX MB | tree MB | ours MB | peer MB | scene MB | ours MB / scene |\n");
-  std::printf("|---|---|---|---|---|---|---|---|---|---|---|---|---|---|\n");
+              "| SAX MB | tree MB | ours MB | peer MB | scene MB | ours MB / scene | scene memory s | "
+              "scene memory / SAX |\n");
+  std::printf("|---|---|---|---|---|---|---|---|---|---|---|---|---|---|---|---|\n");
   for (const Document& document : documents) {
     const double size = static_cast<double>(fs::file_size(document.path)) / 1e6;
     const std::vector<Measurement> m = MeasureWays(argv[0], ways, document.path, rounds);
@@ -380,25 +485,33 @@ int main(int argc, char** argv) {
     const Measurement& tree = m[1];
     const Measurement& ours = m[2];
     const Measurement peer = withPeer ? m[3] : Measurement();
-    std::printf("| %s | %.1f | %s | %s | %s | %s | %s | %s | %s | %s | %s | %s | %.0f | %s |\n", document.name.c_str(),
+    const double sceneMemorySeconds = ours.sceneMegabytes * secondsPerMegabyte;
+    std::printf("| %s | %.1f | %s | %s | %s | %s | %s | %s | %s | %s | %s | %s | %.0f | %s | %.3f | %s |\n",
+                document.name.c_str(),
                 size, Cell(sax, false).c_str(), Cell(tree, false).c_str(), Cell(ours, false).c_str(),
                 Cell(peer, false).c_str(), Ratio(ours.seconds, sax.seconds).c_str(),
                 peer.available ? Ratio(peer.seconds, ours.seconds).c_str() : "n/a", Cell(sax, true).c_str(),
                 Cell(tree, true).c_str(), Cell(ours, true).c_str(), Cell(peer, true).c_str(), ours.sceneMegabytes,
-                Ratio(ours.megabytes, ours.sceneMegabytes).c_str());
+                Ratio(ours.megabytes, ours.sceneMegabytes).c_str(), sceneMemorySeconds,
+                Ratio(sceneMemorySeconds, sax.seconds).c_str());
     std::fflush(stdout);
   }
 
   if (scaling) {
-    std::printf("\n| generated kind | quarter: ours s | whole: ours s | cost growth for 4 x the input |\n");
-    std::printf("|---|---|---|---|\n");
+    std::printf("\n| generated kind | quarter: ours s | whole: ours s | time growth for 4 x the input "
+                "| quarter: million instructions | whole: million instructions | instruction growth |\n");
+    std::printf("|---|---|---|---|---|---|---|\n");
     for (const GeneratedKind& kind : GeneratedKinds()) {
       if (std::string(kind.name).find(only) == std::string::npos) continue;
       const std::string quarter = zylbench::WriteTemporary("compare-quarter.dae", kind.make(1));
       const std::string whole = zylbench::WriteTemporary("compare-whole.dae", kind.make(4));
       const double small = MeasureWays(argv[0], {"ours"}, quarter, rounds)[0].seconds;
       const double large = MeasureWays(argv[0], {"ours"}, whole, rounds)[0].seconds;
-      std::printf("| %s | %.3f | %.3f | %s |\n", kind.name, small, large, Ratio(large, small).c_str());
+      const double smallCount = ReadInstructions(argv[0], quarter);
+      const double largeCount = ReadInstructions(argv[0], whole);
+      std::printf("| %s | %.3f | %.3f | %s | %s | %s | %s |\n", kind.name, small, large, Ratio(large, small).c_str(),
+                  Millions(smallCount).c_str(), Millions(largeCount).c_str(),
+                  smallCount > 0.0 && largeCount > 0.0 ? Ratio(largeCount, smallCount).c_str() : "n/a");
       std::fflush(stdout);
       std::remove(quarter.c_str());
       std::remove(whole.c_str());

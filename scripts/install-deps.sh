@@ -10,6 +10,8 @@ command -v node >/dev/null || packages+=(nodejs)
 command -v npm >/dev/null || packages+=(npm)
 [ "${WITH_CLANG:-0}" = 1 ] && packages+=(clang libclang-rt-14-dev)
 [ "${WITH_PEER:-0}" = 1 ] && packages+=(libassimp-dev)
+# The performance table counts instructions with valgrind.
+[ "${WITH_BENCH:-0}" = 1 ] && packages+=(valgrind)
 
 missing=()
 for package in "${packages[@]}"; do
