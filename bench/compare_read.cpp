@@ -427,6 +427,7 @@ void PrintMemoryCost(const char* self, int rounds) {
     std::printf("| %s | %.2f | %.2f |\n", std::strcmp(way, "touch-huge") == 0 ? "2 MB" : "4 KB",
                 MemoryCost(self, way, rounds, false) * 1e3, MemoryCost(self, way, rounds, true) * 1e3);
 }
+
 }  // namespace
 
 int main(int argc, char** argv) {
