@@ -27,8 +27,8 @@
 // in /tmp (zylbench-compare-N.dae), for a profiler's use; --scaling reads each generated kind at
 // a quarter of its size too and prints how the cost grows with the input, in processor time and,
 // when valgrind is installed, in instructions executed (counted by cachegrind, the same on every
-// run, less those of a process that reads nothing); --memory-cost
-// prints only what touching memory costs a fresh process, in huge and in small pages.
+// run, less those of a process that reads nothing); --memory-cost prints only what touching
+// memory costs a fresh process, in huge and in small pages.
 // Prints Markdown (scripts/update-performance-table.sh writes it to docs/performance.md). The
 // documents are the corpus files of at least 1 MB, when the folder is given and exists, and
 // generated ones: a million-triangle mesh, 100,000 nodes, 1,000 nodes x 1,000 keys, a skin of
@@ -423,9 +423,13 @@ double MemoryCost(const char* self, const char* way, int rounds, bool reused) {
 void PrintMemoryCost(const char* self, int rounds) {
   std::printf("| pages | ms per MB, memory untouched since the machine settled | ms per MB, memory freed just before |\n");
   std::printf("|---|---|---|\n");
-  for (const char* way : {"touch-huge", "touch-small"})
-    std::printf("| %s | %.2f | %.2f |\n", std::strcmp(way, "touch-huge") == 0 ? "2 MB" : "4 KB",
-                MemoryCost(self, way, rounds, false) * 1e3, MemoryCost(self, way, rounds, true) * 1e3);
+  const struct {
+    const char* way;
+    const char* pages;
+  } kinds[] = {{"touch-huge", "2 MB"}, {"touch-small", "4 KB"}};
+  for (const auto& kind : kinds)
+    std::printf("| %s | %.2f | %.2f |\n", kind.pages, MemoryCost(self, kind.way, rounds, false) * 1e3,
+                MemoryCost(self, kind.way, rounds, true) * 1e3);
 }
 
 }  // namespace

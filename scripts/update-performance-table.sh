@@ -44,8 +44,9 @@ memory therefore measures far less than one started on a settled machine (the 1M
 about 0.3 s against 0.6 s). The benchmark lets the machine settle for 3 s after every process that
 held memory, so that every read pays as the first one after a pause does: the same every time,
 and the most. "scene memory s" is what only writing the scene's own bytes, in huge pages, costs a
-fresh process at the rate of that table; "scene memory / SAX" shows how much of the bound of
-2.5 times the SAX limit the scene's memory alone takes, before any byte of the document is read.
+fresh process at the rate measured (as in that table) when the run began; "scene memory / SAX"
+compares it with the SAX limit: above 2.5, the scene's memory alone costs more than 2.5 times
+the SAX limit, before any byte of the document is read.
 
 The kit and the reader ask for huge pages for what they fill at once (arrays of 2 MB and more; the
 element tree's and the kit objects' blocks, mapped apart and aligned to 2 MB:
