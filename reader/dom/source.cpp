@@ -11,15 +11,6 @@
 namespace zylsdk {
 namespace {
 
-// Which items of the array to read, and which positions inside an item feed the components.
-struct AccessorLayout {
-  int64_t offset = 0;
-  int64_t stride = 1;
-  KString declaredCount;  // the accessor's count as written ("" when absent)
-  int64_t count = 0;      // the items read: set by CountItems once the values are known
-  std::vector<int64_t> components;  // positions inside an item, in component order
-};
-
 // Strides up to this read their values straight into the items (see ImportNumbers).
 constexpr int64_t kStreamedStride = 64;
 
@@ -83,20 +74,25 @@ constexpr int ComponentsOf() {
   return 1;
 }
 
+// The item at `index`: its components from the values inside the array, the others left as a
+// default item has them.
 template <class T, class Value>
-void ReadItems(const AccessorLayout& layout, const std::vector<Value>& values, KArrayTemplate<T>& out) {
+T ItemAt(const AccessorLayout& layout, const std::vector<Value>& values, int64_t index) {
   const int64_t size = static_cast<int64_t>(values.size());
   const size_t components = std::min<size_t>(layout.components.size(), ComponentsOf<T>());
-  out.ReserveToFill(static_cast<int>(layout.count));
-  for (int64_t i = 0; i < layout.count; ++i) {
-    T item{};
-    int64_t base = layout.offset + i * layout.stride;
-    for (size_t k = 0; k < components; ++k) {
-      int64_t at = base + layout.components[k];
-      if (at < size) SetComponent(item, static_cast<int>(k), values[static_cast<size_t>(at)]);
-    }
-    out.Add(item);
+  T item{};
+  const int64_t base = layout.offset + index * layout.stride;
+  for (size_t k = 0; k < components; ++k) {
+    const int64_t at = base + layout.components[k];
+    if (at < size) SetComponent(item, static_cast<int>(k), values[static_cast<size_t>(at)]);
   }
+  return item;
+}
+
+template <class T, class Value>
+void ReadItems(const AccessorLayout& layout, const std::vector<Value>& values, KArrayTemplate<T>& out) {
+  out.ReserveToFill(static_cast<int>(layout.count));
+  for (int64_t i = 0; i < layout.count; ++i) out.Add(ItemAt<T>(layout, values, i));
 }
 
 // The components of every item, one after another. Components at or past the stride are left
@@ -196,6 +192,30 @@ bool ReadNameSource(const DaeElement* source, std::vector<KString>& words, Acces
 }
 
 }  // namespace
+
+bool NumberSource::Open(const DaeElement* source, const SourceRules& rules) {
+  mLayout = AccessorLayout();
+  mStorage.clear();
+  mValues = &mStorage;
+  DaeElement* array = findChildByType(source, "float_array");
+  if (!array || !ReadLayout(source, mLayout, rules)) {
+    mLayout = AccessorLayout();
+    return false;
+  }
+  mValues = &DAE_GetDoubles(array, mStorage);
+  CountItems(static_cast<int64_t>(mValues->size()), mLayout);
+  return true;
+}
+
+template <class T>
+T NumberSource::Item(int64_t index) const {
+  return ItemAt<T>(mLayout, *mValues, index);
+}
+
+template double NumberSource::Item<double>(int64_t) const;
+template KZylVector2 NumberSource::Item<KZylVector2>(int64_t) const;
+template KZylVector4 NumberSource::Item<KZylVector4>(int64_t) const;
+template KZylColor NumberSource::Item<KZylColor>(int64_t) const;
 
 bool ImportSource(const DaeElement* source, KArrayTemplate<double>& out, const SourceRules& rules) {
   return ImportNumbers(source, out, rules);

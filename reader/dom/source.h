@@ -8,6 +8,9 @@
 // decide how much is allocated. Missing components are 0 (a colour's alpha 1, a matrix's
 // from the identity).
 
+#include <cstdint>
+#include <vector>
+
 #include "kit/karray.h"
 #include "kit/kmath.h"
 #include "kit/kstring.h"
@@ -21,6 +24,40 @@ struct SourceRules {
   bool unnamedParams = false;
   bool sidArrays = false;
   static SourceRules Everything() { return {true, true}; }
+};
+
+// Which items of a source's array are read, and which positions inside an item feed the
+// components of each value.
+struct AccessorLayout {
+  int64_t offset = 0;
+  int64_t stride = 1;
+  KString declaredCount;            // the accessor's count as written ("" when absent)
+  int64_t count = 0;                // the items read, once the values are known
+  std::vector<int64_t> components;  // positions inside an item, in component order
+};
+
+// A source of numbers read where the document holds them: each item is made when it is asked
+// for, and the array is never copied out. Item(i) is the item ImportSource gives at i, so a
+// reader that picks items by index (a polygon vertex's normal, a skin's weight) needs no copy
+// of the source.
+class NumberSource {
+ public:
+  NumberSource() = default;
+  NumberSource(const NumberSource&) = delete;
+  NumberSource& operator=(const NumberSource&) = delete;
+
+  // False, with no items, for a null source and one without float_array or accessor.
+  bool Open(const DaeElement* source, const SourceRules& rules = {});
+  int64_t Count() const { return mLayout.count; }
+  // The item at `index`, which must be below Count(); T is double, KZylVector2, KZylVector4
+  // or KZylColor.
+  template <class T>
+  T Item(int64_t index) const;
+
+ private:
+  AccessorLayout mLayout;
+  std::vector<double> mStorage;  // the values, when the tree kept the array as text
+  const std::vector<double>* mValues = &mStorage;
 };
 
 // Each fills `out` (emptied first) and returns false for a null source or one without the

@@ -1,8 +1,10 @@
 #pragma once
 // The `source` elements of one `mesh` (or of a controller's `skin` or `morph`), found by the
 // attributes that name them ("#id") and read once per kind of value, however many inputs refer
-// to them.
+// to them. A source is either copied out as values (Read) or seen in place (Numbers), which
+// costs no copy for readers that pick its items by index.
 
+#include <memory>
 #include <tuple>
 #include <unordered_map>
 
@@ -35,6 +37,10 @@ class MeshSources {
     return values.ok ? &values.items : nullptr;
   }
 
+  // The numbers of that source where the document holds them; null when there is no such
+  // source or it cannot be read.
+  const NumberSource* Numbers(const KString& attribute);
+
  private:
   template <class T>
   struct Values {
@@ -47,6 +53,9 @@ class MeshSources {
     std::tuple<Values<KZylVector4>, Values<KZylColor>, Values<KZylVector2>, Values<double>, Values<KZylXMatrix>,
                Values<KString>>
         values;
+    // Made on the first call to Numbers; stays null when the source cannot be read.
+    std::unique_ptr<NumberSource> numbers;
+    bool numbersOpened = false;
   };
 
   Entry& EntryOf(const KString& attribute);

@@ -11,7 +11,7 @@ namespace {
 // Layers are numbered by the inputs' sets; beyond this a set would only make empty layers.
 constexpr int kLargestSet = 255;
 
-void AppendNormals(KZylLayerElementNormal& element, const KString& name, const KArrayTemplate<KZylVector4>& normals,
+void AppendNormals(KZylLayerElementNormal& element, const KString& name, const NumberSource& normals,
                    const PrimitiveLists& lists, int offset) {
   element.SetMappingMode(KZylLayerElement::eByPolygonVertex);
   element.SetReferenceMode(KZylLayerElement::eDirect);
@@ -20,15 +20,16 @@ void AppendNormals(KZylLayerElementNormal& element, const KString& name, const K
   ReserveMore(direct, lists.GetTotalVertexCount());
   // A vector per polygon vertex; an index outside the source gives a zero vector.
   std::vector<KZylVector4>& out = direct.Std();
-  const int count = normals.GetCount();
-  const KZylVector4* values = normals.GetArray();
-  lists.ForEachValue(offset, [&](int index) { out.push_back(index >= 0 && index < count ? values[index] : KZylVector4()); });
+  const int64_t count = normals.Count();
+  lists.ForEachValue(offset, [&](int index) {
+    out.push_back(index >= 0 && index < count ? normals.Item<KZylVector4>(index) : KZylVector4());
+  });
 }
 
 // Colours and texture coordinates: an index per polygon vertex, each moved by the placement's
 // base, and the source's values when the placement asks for them.
-template <class Element, class T>
-void AppendIndexed(Element& element, const KString& name, const KArrayTemplate<T>& values,
+template <class T, class Element>
+void AppendIndexed(Element& element, const KString& name, const NumberSource& values,
                    const SourcePlacement& placement, const PrimitiveLists& lists, int offset) {
   element.SetMappingMode(KZylLayerElement::eByPolygonVertex);
   element.SetReferenceMode(KZylLayerElement::eIndexToDirect);
@@ -41,18 +42,18 @@ void AppendIndexed(Element& element, const KString& name, const KArrayTemplate<T
   });
   if (!placement.appendValues) return;
   KArrayTemplate<T>& direct = element.GetDirectArray();
-  ReserveMore(direct, values.GetCount());
-  for (const T& value : values) direct.Add(value);
+  const int64_t count = values.Count();
+  ReserveMore(direct, count);
+  for (int64_t i = 0; i < count; ++i) direct.Add(values.Item<T>(i));
 }
 
 }  // namespace
 
-// The source's values; null (with the error said) when it cannot be read.
-template <class T>
-const KArrayTemplate<T>* PolygonLayers::Values(const KString& source) {
-  const KArrayTemplate<T>* values = mSources.Read<T>(source);
-  if (!values) mReader.AddNotificationError("reading array in <source>: " + source);
-  return values;
+// The source's numbers; null (with the error said) when it cannot be read.
+const NumberSource* PolygonLayers::Numbers(const KString& source) {
+  const NumberSource* numbers = mSources.Numbers(source);
+  if (!numbers) mReader.AddNotificationError("reading array in <source>: " + source);
+  return numbers;
 }
 
 bool PolygonLayers::Import(const AttributeInput& input, const PrimitiveLists& lists) {
@@ -72,28 +73,28 @@ bool PolygonLayers::Import(const AttributeInput& input, const PrimitiveLists& li
   KZylSdkManager* manager = mMesh.GetZylSdkManager();
 
   if (input.semantic == "NORMAL") {
-    const KArrayTemplate<KZylVector4>* normals = Values<KZylVector4>(input.source);
+    const NumberSource* normals = Numbers(input.source);
     if (!normals) return false;
     if (!layer.GetNormals()) layer.SetNormals(manager->CreateKZylLayerElementNormal(""));
     AppendNormals(*layer.GetNormals(), name, *normals, lists, input.offset);
     mNormalsRead = true;
   } else if (input.semantic == "COLOR") {
-    const KArrayTemplate<KZylColor>* colors = Values<KZylColor>(input.source);
+    const NumberSource* colors = Numbers(input.source);
     if (!colors) return false;
     if (!layer.GetVertexColors() || GivesWay(layer.GetVertexColors()))
       layer.SetVertexColors(manager->CreateKZylLayerElementVertexColor(""));
     KZylLayerElementVertexColor& element = *layer.GetVertexColors();
-    AppendIndexed(element, name, *colors, Place(element, element.GetDirectArray().GetCount(), input.source, seenInMesh),
+    AppendIndexed<KZylColor>(element, name, *colors, Place(element, element.GetDirectArray().GetCount(), input.source, seenInMesh),
                   lists, input.offset);
   } else if (input.semantic == "UV" || input.semantic == "TEXCOORD") {
-    const KArrayTemplate<KZylVector2>* uvs = Values<KZylVector2>(input.source);
+    const NumberSource* uvs = Numbers(input.source);
     if (!uvs) return false;
     // Every UV set serves the diffuse channel.
     const auto channel = KZylLayerElement::eDiffuseTextures;
     if (!layer.GetUVs(channel) || GivesWay(layer.GetUVs(channel)))
       layer.SetUVs(manager->CreateKZylLayerElementUV(""), channel);
     KZylLayerElementUV& element = *layer.GetUVs(channel);
-    AppendIndexed(element, name, *uvs, Place(element, element.GetDirectArray().GetCount(), input.source, seenInMesh),
+    AppendIndexed<KZylVector2>(element, name, *uvs, Place(element, element.GetDirectArray().GetCount(), input.source, seenInMesh),
                   lists, input.offset);
   } else {
     mReader.AddNotificationWarning("Unknown property for polygons: " + input.semantic);

@@ -51,8 +51,7 @@ class PolygonLayers {
   // True when the polygons' own element replaces `element`: in the complete reading, the
   // colours and UVs that `vertices` gave by control point give way to those of the polygons.
   bool GivesWay(const KZylLayerElement* element) const;
-  template <class T>
-  const KArrayTemplate<T>* Values(const KString& source);
+  const NumberSource* Numbers(const KString& source);
 
   KZylReaderCollada& mReader;
   KZylMesh& mMesh;

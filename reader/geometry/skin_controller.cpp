@@ -57,14 +57,14 @@ bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, MeshSources&
   int jointOffset = stride;
   int weightOffset = stride;
   const KArrayTemplate<KString>* joints = nullptr;
-  const KArrayTemplate<double>* weights = nullptr;
+  const NumberSource* weights = nullptr;
   for (DaeElement* input : inputs) {
     const KString semantic = DAE_GetProperty(input, "semantic");
     if (semantic == "JOINT") {
       if (!(joints = ReadInputSource<KString>(reader, sources, input))) return false;
       jointOffset = DAE_GetOffset(input);
     } else if (semantic == "WEIGHT") {
-      if (!(weights = ReadInputSource<double>(reader, sources, input))) return false;
+      if (!(weights = ReadInputNumbers(reader, sources, input))) return false;
       weightOffset = DAE_GetOffset(input);
     } else {
       return RejectInput(reader, semantic);
@@ -75,7 +75,7 @@ bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, MeshSources&
     reader.AddNotificationError(KString("Controller: could not find ") + "JOINT" + " or " + "WEIGHT");
     return false;
   }
-  if (weights->IsEmpty() || joints->IsEmpty()) {
+  if (weights->Count() == 0 || joints->IsEmpty()) {
     reader.AddNotificationError("Unable to find weight or jointIds for controller");
     return false;
   }
@@ -100,7 +100,8 @@ bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, MeshSources&
     made.push_back(cluster);
   }
   ForEachJointWeight(counts, v, stride, jointOffset, weightOffset, jointCount, [&](int joint, int vertex, int weight) {
-    made[static_cast<size_t>(joint)]->AddControlPointIndex(vertex, weights->GetAt(weight));
+    const double value = weight >= 0 && weight < weights->Count() ? weights->Item<double>(weight) : 0.0;
+    made[static_cast<size_t>(joint)]->AddControlPointIndex(vertex, value);
   });
   return true;
 }

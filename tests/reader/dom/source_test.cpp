@@ -1,5 +1,6 @@
 // Reading `source` elements through their accessor: offset, stride, count, named and unnamed
-// params, values only as far as the array reaches, every value type.
+// params, values only as far as the array reaches, every value type; and the same items seen in
+// place, one at a time.
 
 #include <gtest/gtest.h>
 
@@ -194,6 +195,51 @@ TEST_F(SourceTest, AnAccessorWithoutNamedParamsGivesDefaultItems) {
   ASSERT_TRUE(ImportSource(Parse(FloatSource("0.5 0.5", "count=\"2\"", "")), colours));
   ASSERT_EQ(colours.GetCount(), 2);
   EXPECT_EQ(colours[0], KZylColor(0, 0, 0, 1));
+}
+
+// Every item that NumberSource gives in place equals the one ImportSource copies out.
+template <class T>
+void ExpectSameItemsInPlace(DaeElement* source, const SourceRules& rules) {
+  KArrayTemplate<T> copied;
+  NumberSource inPlace;
+  ASSERT_EQ(inPlace.Open(source, rules), ImportSource(source, copied, rules));
+  ASSERT_EQ(inPlace.Count(), copied.GetCount());
+  for (int i = 0; i < copied.GetCount(); ++i) EXPECT_EQ(inPlace.Item<T>(i), copied[i]) << "item " << i;
+}
+
+TEST_F(SourceTest, ItemsSeenInPlaceAreThoseCopiedOut) {
+  const std::string unnamedY = "<param name=\"X\"/><param type=\"float\"/><param name=\"Z\"/>";
+  const std::string layouts[][3] = {
+      {"1 2 3 4 5 6 7", "count=\"1000\" stride=\"3\"", kXyz},  // the last item cut short
+      {"9 9 1 2 3 4 5 6", "offset=\"2\" count=\"2\" stride=\"3\"", kXyz},
+      {"1 2 3 4 5 6 7", "stride=\"3\"", kXyz},
+      {"1 2 3 4 5 6", "count=\"2\" stride=\"3\"", unnamedY},
+      {"0.1 0.2 9 0.3 0.4 9", "count=\"2\" stride=\"2\"", kXyz},  // a param beyond the stride
+      {"1 2 3 4 5 6 7 8 9", "count=\"1\" stride=\"100\"", kXyz},  // too wide to stream
+      {"0.5 0.25", "count=\"2\"", ""},
+  };
+  for (const SourceRules& rules : {SourceRules(), SourceRules::Everything()}) {
+    for (const auto& layout : layouts) {
+      SCOPED_TRACE(layout[0] + " / " + layout[1] + " / " + layout[2]);
+      DaeElement* source = Parse(FloatSource(layout[0], layout[1], layout[2]));
+      ExpectSameItemsInPlace<double>(source, rules);
+      ExpectSameItemsInPlace<KZylVector2>(source, rules);
+      ExpectSameItemsInPlace<KZylVector4>(source, rules);
+      ExpectSameItemsInPlace<KZylColor>(source, rules);
+    }
+  }
+}
+
+TEST_F(SourceTest, ASourceThatCannotBeReadOpensWithoutItems) {
+  NumberSource numbers;
+  EXPECT_FALSE(numbers.Open(nullptr));
+  EXPECT_EQ(numbers.Count(), 0);
+  ASSERT_TRUE(numbers.Open(Parse(FloatSource("1 2 3", "", "<param name=\"X\"/>"))));
+  EXPECT_EQ(numbers.Count(), 3);
+  EXPECT_FALSE(numbers.Open(Parse("<source><float_array>1 2</float_array></source>")));
+  EXPECT_EQ(numbers.Count(), 0);
+  EXPECT_FALSE(numbers.Open(Parse("<source><technique_common><accessor/></technique_common></source>")));
+  EXPECT_EQ(numbers.Count(), 0);
 }
 
 }  // namespace
