@@ -32,9 +32,10 @@ class DaeElement {
  public:
   const char* Name() const { return mName; }
   // The line of the document where the element's start tag ends.
-  int Line() const { return mLine; }
+  int Line() const { return static_cast<int>(mLine); }
   DaeElement* Parent() const { return mParent; }
-  DaeElement* FirstChild() const { return mFirstChild; }
+  // The first child is the element that follows in document order, when it is a descendant.
+  DaeElement* FirstChild() const;
   DaeElement* NextSibling() const { return mNextSibling; }
   const DaeDocument& Document() const { return *mDocument; }
 
@@ -46,12 +47,12 @@ class DaeElement {
 
   // The text directly inside the element (children's text excluded), NUL-terminated; "" for
   // a list element, whose text became its values.
-  std::string_view OwnText() const { return {mText, mTextLength}; }
+  std::string_view OwnText() const { return mHoldsValues ? std::string_view() : std::string_view(mText, mTextLength); }
   // Where each child starts in its parent's own text, so that mixed content can be put back
   // together in order.
   uint32_t PositionInParentText() const { return mPositionInParentText; }
   // The converted list, or null for an element that is not a list.
-  const StreamedValues* Values() const { return mValues; }
+  const StreamedValues* Values() const { return mHoldsValues ? mValues : nullptr; }
 
   // Document order: an element's descendants are the elements numbered after it, up to
   // (not including) its DescendantsEnd().
@@ -61,18 +62,22 @@ class DaeElement {
  private:
   friend class DaeTreeBuilder;
 
+  // A document holds many elements: each is kept to 72 bytes.
   const char* mName = "";
   const DaeDocument* mDocument = nullptr;
   DaeElement* mParent = nullptr;
-  DaeElement* mFirstChild = nullptr;
   DaeElement* mNextSibling = nullptr;
   const DaeAttribute* mAttributes = nullptr;
-  const char* mText = "";
-  const StreamedValues* mValues = nullptr;
+  // A list element keeps its values and no text; any other element its text.
+  union {
+    const char* mText = "";
+    const StreamedValues* mValues;
+  };
   uint32_t mAttributeCount = 0;
   uint32_t mTextLength = 0;
   uint32_t mPositionInParentText = 0;
-  uint32_t mLine = 0;
+  uint32_t mLine : 31;
+  uint32_t mHoldsValues : 1;
   uint32_t mOrder = 0;
   uint32_t mDescendantsEnd = 0;
 };
@@ -113,6 +118,12 @@ class DaeDocument {
   std::unordered_map<std::string_view, const char*> mNames;
   IdIndex mIds;
 };
+
+static_assert(sizeof(void*) != 8 || sizeof(DaeElement) == 72, "an element grew");
+
+inline DaeElement* DaeElement::FirstChild() const {
+  return mDescendantsEnd > mOrder + 1 ? mDocument->ElementAt(mOrder + 1) : nullptr;
+}
 
 using DaeDocumentPtr = std::unique_ptr<DaeDocument>;
 

@@ -68,7 +68,7 @@ void DaeTreeBuilder::StartElement(std::string_view name,
   DaeElement& element = mDocument->mElements.emplace_back();
   element.mDocument = mDocument.get();
   element.mName = Intern(name);
-  element.mLine = static_cast<uint32_t>(std::max(0, line));
+  element.mLine = static_cast<uint32_t>(std::max(0, line)) & 0x7fffffffu;
   element.mOrder = static_cast<uint32_t>(mDocument->mElements.size() - 1);
   if (!attributes.empty()) {
     auto* stored = reinterpret_cast<DaeAttribute*>(
@@ -86,7 +86,7 @@ void DaeTreeBuilder::StartElement(std::string_view name,
     OpenElement& parent = mOpen.back();
     element.mParent = parent.element;
     element.mPositionInParentText = static_cast<uint32_t>(parent.text.size());
-    (parent.lastChild ? parent.lastChild->mNextSibling : parent.element->mFirstChild) = &element;
+    if (parent.lastChild) parent.lastChild->mNextSibling = &element;
     parent.lastChild = &element;
   }
   mOpen.push_back({&element, nullptr, std::string()});
@@ -119,6 +119,7 @@ void DaeTreeBuilder::EndElement() {
     ShrinkToValues(values.ints);
     ShrinkToValues(values.words);
     element.mValues = &values;
+    element.mHoldsValues = 1;
     mList.reset();
   }
   mOpen.pop_back();
