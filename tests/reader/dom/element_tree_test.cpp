@@ -42,6 +42,34 @@ TEST(ElementTree, ElementsKnowTheirLineAndPlace) {
   EXPECT_EQ(firstChildElement(nodes->Root())->Name(), nextSiblingElement(firstChildElement(nodes->Root()))->Name());
 }
 
+// Elements live in blocks of a few hundred at first: a parent and its first child may sit in
+// different blocks. Every element's children, found through FirstChild and NextSibling, are
+// those whose Parent() it is, in document order.
+TEST(ElementTree, ChildrenAreFoundAcrossTheTreesBlocks) {
+  std::string xml = "<root>";
+  for (int i = 0; i < 3000; ++i) {
+    const int depth = i % 7;
+    for (int d = 0; d < depth; ++d) xml += "<e>";
+    xml += "<leaf>t</leaf>";
+    for (int d = 0; d < depth; ++d) xml += "</e>";
+  }
+  xml += "</root>";
+  DaeDocumentPtr document = ParseOrFail(xml);
+  ASSERT_GT(document->ElementCount(), 10000u);
+  std::vector<std::vector<const DaeElement*>> children(document->ElementCount());
+  for (uint32_t order = 1; order < document->ElementCount(); ++order) {
+    const DaeElement* element = document->ElementAt(order);
+    ASSERT_NE(element->Parent(), nullptr);
+    children[element->Parent()->Order()].push_back(element);
+  }
+  for (uint32_t order = 0; order < document->ElementCount(); ++order) {
+    std::vector<const DaeElement*> walked;
+    for (const DaeElement* child = document->ElementAt(order)->FirstChild(); child; child = child->NextSibling())
+      walked.push_back(child);
+    ASSERT_EQ(walked, children[order]) << "element " << order;
+  }
+}
+
 TEST(ElementTree, MixedContentKeepsItsOrder) {
   DaeDocumentPtr document = ParseOrFail("<a>1<b>2<c>3</c>4</b>5<!-- x --><d/>6<![CDATA[7&]]>&amp;&#56;</a>");
   EXPECT_EQ(DAE_GetContent(document->Root()), "1234567&&8");
