@@ -101,12 +101,9 @@ KZylNode* KZylNode::FindChild(const KString& name, bool recursive, bool) const {
 
 bool KZylNode::SetNodeAttribute(KZylNodeAttribute* attribute) {
   if (attribute == mAttribute) return true;
-  if (mAttribute) {
-    std::vector<KZylNode*>& nodes = mAttribute->mNodes;
-    nodes.erase(std::remove(nodes.begin(), nodes.end(), this), nodes.end());
-  }
+  if (mAttribute) mAttribute->RemoveNode(this);
   mAttribute = attribute;
-  if (attribute) attribute->mNodes.push_back(this);
+  if (attribute) attribute->AddNode(this);
   GetZylSdkManager()->TouchHierarchy();
   return true;
 }

@@ -16,13 +16,33 @@ KZYL_IMPLEMENT_CLASS(KZylPatch, KZylNodeAttribute)
 KZYL_IMPLEMENT_CLASS(KZylCameraSwitcher, KZylNodeAttribute)
 
 KZylNode* KZylNodeAttribute::GetNode(int index) const {
-  return (index >= 0 && index < GetNodeCount()) ? mNodes[static_cast<size_t>(index)] : nullptr;
+  if (index < 0 || index >= GetNodeCount()) return nullptr;
+  return index == 0 ? mFirstNode : mOtherNodes[static_cast<size_t>(index - 1)];
+}
+
+void KZylNodeAttribute::AddNode(KZylNode* node) {
+  if (mFirstNode)
+    mOtherNodes.push_back(node);
+  else
+    mFirstNode = node;
+}
+
+template <class Gone>
+void KZylNodeAttribute::RemoveNodes(Gone&& gone) {
+  mOtherNodes.erase(std::remove_if(mOtherNodes.begin(), mOtherNodes.end(), gone), mOtherNodes.end());
+  if (mFirstNode && gone(mFirstNode)) {
+    mFirstNode = mOtherNodes.empty() ? nullptr : mOtherNodes.front();
+    if (mFirstNode) mOtherNodes.erase(mOtherNodes.begin());
+  }
 }
 
 void KZylNodeAttribute::ForgetObjects(const ObjectSet& gone) {
   KZylObject::ForgetObjects(gone);
-  mNodes.erase(std::remove_if(mNodes.begin(), mNodes.end(), [&](KZylNode* n) { return gone.count(n) != 0; }),
-               mNodes.end());
+  RemoveNodes([&](KZylNode* node) { return gone.count(node) != 0; });
+}
+
+void KZylNodeAttribute::RemoveNode(KZylNode* node) {
+  RemoveNodes([node](KZylNode* held) { return held == node; });
 }
 
 void KZylSkeleton::CopyFrom(const KZylObject& source) {

@@ -29,7 +29,7 @@ class KZylNodeAttribute : public KZylObject {
   virtual EAttributeType GetAttributeType() const { return eUnidentified; }
 
   // The nodes that hold this attribute, in the order they received it.
-  int GetNodeCount() const { return static_cast<int>(mNodes.size()); }
+  int GetNodeCount() const { return (mFirstNode ? 1 : 0) + static_cast<int>(mOtherNodes.size()); }
   KZylNode* GetNode(int index = 0) const;
 
  protected:
@@ -38,7 +38,15 @@ class KZylNodeAttribute : public KZylObject {
 
  private:
   friend class KZylNode;
-  std::vector<KZylNode*> mNodes;
+  void AddNode(KZylNode* node);
+  void RemoveNode(KZylNode* node);
+  // Removes the nodes for which `gone` is true, keeping the others' order.
+  template <class Gone>
+  void RemoveNodes(Gone&& gone);
+
+  // Most attributes belong to one node: it is held without an allocation, any others follow.
+  KZylNode* mFirstNode = nullptr;
+  std::vector<KZylNode*> mOtherNodes;
 };
 
 // A node that only carries a transform.

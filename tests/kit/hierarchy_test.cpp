@@ -140,6 +140,32 @@ TEST_F(HierarchyTest, SetNodeAttributeReplacesAndDetachesTheOldOne) {
   EXPECT_TRUE(manager.Holds(first, first->GetUniqueID()));
 }
 
+TEST_F(HierarchyTest, AnAttributeSharedByNodesKeepsThemInTheOrderTheyTookIt) {
+  KZylNull* shared = KZylNull::Create(&manager, "shared");
+  KZylNull* other = KZylNull::Create(&manager, "other");
+  KZylNode* nodes[4] = {NewNode("a"), NewNode("b"), NewNode("c"), NewNode("d")};
+  for (KZylNode* node : nodes) node->SetNodeAttribute(shared);
+  ASSERT_EQ(shared->GetNodeCount(), 4);
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(shared->GetNode(i), nodes[i]);
+  EXPECT_EQ(shared->GetNode(4), nullptr);
+  EXPECT_EQ(shared->GetNode(-1), nullptr);
+  // The first to take it leaves, then one in the middle, then one destroyed.
+  nodes[0]->SetNodeAttribute(other);
+  nodes[2]->SetNodeAttribute(other);
+  ASSERT_EQ(shared->GetNodeCount(), 2);
+  EXPECT_EQ(shared->GetNode(0), nodes[1]);
+  EXPECT_EQ(shared->GetNode(1), nodes[3]);
+  nodes[1]->Destroy();
+  ASSERT_EQ(shared->GetNodeCount(), 1);
+  EXPECT_EQ(shared->GetNode(0), nodes[3]);
+  ASSERT_EQ(other->GetNodeCount(), 2);
+  EXPECT_EQ(other->GetNode(0), nodes[0]);
+  EXPECT_EQ(other->GetNode(1), nodes[2]);
+  nodes[3]->SetNodeAttribute(nullptr);
+  EXPECT_EQ(shared->GetNodeCount(), 0);
+  EXPECT_EQ(shared->GetNode(0), nullptr);
+}
+
 TEST_F(HierarchyTest, GeometryCountFollowsTheHierarchy) {
   KZylScene* scene = KZylScene::Create(&manager, "scene");
   KZylNode* a = AddNew(scene->GetRootNode(), "a");
