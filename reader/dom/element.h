@@ -34,7 +34,7 @@ class DaeElement {
   // The line of the document where the element's start tag ends.
   int Line() const { return static_cast<int>(mLine); }
   DaeElement* Parent() const { return mParent; }
-  // The first child is the element that follows in document order, when it is a descendant.
+  // The first child is the element that follows in document order, when it is a child.
   DaeElement* FirstChild() const;
   DaeElement* NextSibling() const { return mNextSibling; }
   const DaeDocument& Document() const { return *mDocument; }
@@ -121,8 +121,12 @@ class DaeDocument {
 
 static_assert(sizeof(void*) != 8 || sizeof(DaeElement) == 72, "an element grew");
 
+// Asked of the next element rather than of DescendantsEnd, which is known only once the element
+// is closed: the tree's builder looks at the children of elements still open.
 inline DaeElement* DaeElement::FirstChild() const {
-  return mDescendantsEnd > mOrder + 1 ? mDocument->ElementAt(mOrder + 1) : nullptr;
+  if (mOrder + 1 >= mDocument->ElementCount()) return nullptr;
+  DaeElement* next = mDocument->ElementAt(mOrder + 1);
+  return next->mParent == this ? next : nullptr;
 }
 
 using DaeDocumentPtr = std::unique_ptr<DaeDocument>;

@@ -209,4 +209,21 @@ TEST(ElementTree, ListLengthValuesAreThoseOfTheTextWhateverWasAnnounced) {
   EXPECT_EQ(DAE_GetDoubles(findChildByType(document->Root(), "float_array"), doubles), (std::vector<double>{1, 2, 3}));
 }
 
+// A list is given the room its siblings announce while it streams: a `p` a little shorter than
+// announced keeps that room (a list that had grown by doubling would have been cut to its size).
+TEST(ElementTree, ListsStreamIntoTheRoomTheirSiblingsAnnounce) {
+  std::string p;
+  for (int i = 0; i < 290; ++i) p += std::to_string(i) + " ";
+  DaeDocumentPtr document = ParseOrFail(
+      "<m><triangles count=\"50\"><input offset=\"0\"/><input offset=\"1\"/><p>" + p +
+      "</p></triangles><polylist count=\"2\"><input offset=\"0\"/><vcount>100 200</vcount><p>" + p +
+      "</p></polylist></m>");
+  for (const char* parent : {"triangles", "polylist"}) {
+    const DaeElement* list = findChildByType(findChildByType(document->Root(), parent), "p");
+    ASSERT_NE(list->Values(), nullptr) << parent;
+    EXPECT_EQ(list->Values()->ints.size(), 290u) << parent;
+    EXPECT_EQ(list->Values()->ints.capacity(), 300u) << parent;
+  }
+}
+
 }  // namespace
