@@ -4,18 +4,30 @@
 
 namespace zylsdk {
 
+namespace {
+
+// The bytes that can change the state inside a start tag or other markup; any other byte there
+// is passed over without a look.
+bool ActsInsideMarkup(char c) { return c == '=' || c == '"' || c == '\'' || c == '>'; }
+
+}  // namespace
+
 bool AttributeCounter::Scan(const char* bytes, size_t count) {
-  size_t i = 0;
-  while (i < count && !mExceeded) {
-    if (mState == State::kText) {
-      // Nearly all of a large document is character data: jump to the next markup.
-      const void* open = std::memchr(bytes + i, '<', count - i);
-      if (!open) return true;
-      i = static_cast<size_t>(static_cast<const char*>(open) - bytes) + 1;
-      mState = State::kOpened;
-      continue;
+  const char* at = bytes;
+  const char* const end = bytes + count;
+  while (at < end && !mExceeded) {
+    // Nearly all of a document is character data, names and quoted values: each is crossed in
+    // one step, up to the next byte that acts.
+    if (mState == State::kText || mState == State::kQuoted || mState == State::kOtherQuoted) {
+      const char wanted = mState == State::kText ? '<' : mQuote;
+      const void* found = std::memchr(at, wanted, static_cast<size_t>(end - at));
+      if (!found) return true;
+      at = static_cast<const char*>(found);
+    } else if (mState == State::kStartTag || mState == State::kOtherMarkup) {
+      while (at < end && !ActsInsideMarkup(*at)) ++at;
+      if (at == end) return true;
     }
-    Step(bytes[i++]);
+    Step(*at++);
   }
   return !mExceeded;
 }
@@ -26,6 +38,7 @@ void AttributeCounter::Step(char c) {
   const bool quote = c == '"' || c == '\'';
   switch (mState) {
     case State::kText:
+      if (c == '<') mState = State::kOpened;
       break;
     case State::kOpened:
       if (c == '!') {

@@ -37,6 +37,13 @@ TEST(AttributeCounter, EqualSignsInValuesAndTextAreNotAttributes) {
   EXPECT_FALSE(WithinLimit("<a b=\"x=y=z\" c='==' d='x'>1 = 2</a>", 2, 1));
 }
 
+TEST(AttributeCounter, AngleBracketsInValuesDoNotEndTheTag) {
+  for (size_t piece : {size_t{1}, size_t{2}, size_t{5}, size_t{4096}}) {
+    EXPECT_FALSE(WithinLimit("<a b='>' c=\"/>\" d='1'/>", 2, piece)) << piece;
+    EXPECT_TRUE(WithinLimit("<a b='>' c=\"/>\"/><e f='1' g='2'/>", 2, piece)) << piece;
+  }
+}
+
 TEST(AttributeCounter, CommentsSectionsInstructionsAndDeclarationsAreNotTags) {
   const std::string markup =
       "<?xml version=\"1.0\" encoding=\"utf-8\"?>"
