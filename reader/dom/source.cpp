@@ -7,6 +7,7 @@
 
 #include "reader/dom/dom.h"
 #include "reader/dom/numbers.h"
+#include "reader/dom/source_item.h"
 
 namespace zylsdk {
 namespace {
@@ -53,25 +54,6 @@ bool ReadLayout(const DaeElement* source, AccessorLayout& layout, const SourceRu
     position += width;
   }
   return true;
-}
-
-// One component of one value.
-void SetComponent(double& item, int, double value) { item = value; }
-void SetComponent(KZylVector2& item, int k, double value) { item[k] = value; }
-void SetComponent(KZylVector4& item, int k, double value) { item[k] = value; }
-void SetComponent(KZylColor& item, int k, double value) {
-  double* channels[4] = {&item.mRed, &item.mGreen, &item.mBlue, &item.mAlpha};
-  *channels[k] = value;
-}
-void SetComponent(KZylXMatrix& item, int k, double value) { item.mData[k % 4][k / 4] = value; }
-void SetComponent(KString& item, int, const KString& value) { item = value; }
-
-template <class T>
-constexpr int ComponentsOf() {
-  if constexpr (std::is_same_v<T, KZylVector2>) return 2;
-  if constexpr (std::is_same_v<T, KZylVector4> || std::is_same_v<T, KZylColor>) return 4;
-  if constexpr (std::is_same_v<T, KZylXMatrix>) return 16;
-  return 1;
 }
 
 // The item at `index`: its components from the values inside the array, the others left as a
@@ -197,6 +179,7 @@ bool NumberSource::Open(const DaeElement* source, const SourceRules& rules) {
   mLayout = AccessorLayout();
   mStorage.clear();
   mValues = &mStorage;
+  mComponentCount = mLeadingComponents = 0;
   DaeElement* array = findChildByType(source, "float_array");
   if (!array || !ReadLayout(source, mLayout, rules)) {
     mLayout = AccessorLayout();
@@ -204,18 +187,22 @@ bool NumberSource::Open(const DaeElement* source, const SourceRules& rules) {
   }
   mValues = &DAE_GetDoubles(array, mStorage);
   CountItems(static_cast<int64_t>(mValues->size()), mLayout);
+  mComponentCount = mLayout.components.size();
+  while (mLeadingComponents < mComponentCount &&
+         mLayout.components[mLeadingComponents] == static_cast<int64_t>(mLeadingComponents))
+    ++mLeadingComponents;
   return true;
 }
 
 template <class T>
-T NumberSource::Item(int64_t index) const {
+T NumberSource::ItemOfAnyLayout(int64_t index) const {
   return ItemAt<T>(mLayout, *mValues, index);
 }
 
-template double NumberSource::Item<double>(int64_t) const;
-template KZylVector2 NumberSource::Item<KZylVector2>(int64_t) const;
-template KZylVector4 NumberSource::Item<KZylVector4>(int64_t) const;
-template KZylColor NumberSource::Item<KZylColor>(int64_t) const;
+template double NumberSource::ItemOfAnyLayout<double>(int64_t) const;
+template KZylVector2 NumberSource::ItemOfAnyLayout<KZylVector2>(int64_t) const;
+template KZylVector4 NumberSource::ItemOfAnyLayout<KZylVector4>(int64_t) const;
+template KZylColor NumberSource::ItemOfAnyLayout<KZylColor>(int64_t) const;
 
 bool ImportSource(const DaeElement* source, KArrayTemplate<double>& out, const SourceRules& rules) {
   return ImportNumbers(source, out, rules);

@@ -8,6 +8,7 @@
 // decide how much is allocated. Missing components are 0 (a colour's alpha 1, a matrix's
 // from the identity).
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "kit/kmath.h"
 #include "kit/kstring.h"
 #include "reader/dom/dom.h"
+#include "reader/dom/source_item.h"
 
 namespace zylsdk {
 
@@ -52,11 +54,30 @@ class NumberSource {
   // The item at `index`, which must be below Count(); T is double, KZylVector2, KZylVector4
   // or KZylColor.
   template <class T>
-  T Item(int64_t index) const;
+  T Item(int64_t index) const {
+    // Most sources lay each item's components side by side from its start: those items are
+    // made here, without a call; the others (params skipped, items cut by the array's end) by
+    // ItemOfAnyLayout.
+    const size_t components = std::min(mComponentCount, static_cast<size_t>(ComponentsOf<T>()));
+    const int64_t start = mLayout.offset + index * mLayout.stride;
+    if (components > mLeadingComponents || start + static_cast<int64_t>(components) > ValueCount())
+      return ItemOfAnyLayout<T>(index);
+    const double* values = mValues->data() + start;
+    T item{};
+    for (size_t k = 0; k < components; ++k) SetComponent(item, static_cast<int>(k), values[k]);
+    return item;
+  }
 
  private:
+  template <class T>
+  T ItemOfAnyLayout(int64_t index) const;
+
+  int64_t ValueCount() const { return static_cast<int64_t>(mValues->size()); }
+
   AccessorLayout mLayout;
-  std::vector<double> mStorage;  // the values, when the tree kept the array as text
+  size_t mComponentCount = 0;     // the layout's components
+  size_t mLeadingComponents = 0;  // how many of them are the item's first values, in order
+  std::vector<double> mStorage;   // the values, when the tree kept the array as text
   const std::vector<double>* mValues = &mStorage;
 };
 
