@@ -84,39 +84,69 @@ void InitialNumbers(KZylPropertyData& data) {
 // ---------------------------------------------------------------- KZylProperty
 
 // The properties in the order they were added. A name is found by a scan while there are few of
-// them, and past that through the hashes of the names; the first property of a name is found.
+// them, and past that through an open-addressing table of the names' hashes (kept, like the
+// properties, in the manager's slabs: a material holds dozens of properties, and a node-based
+// table would cost an allocation each); the first property of a name is found.
 struct KZylObject::PropertyTable {
   static constexpr size_t kScanned = 16;
 
-  explicit PropertyTable(ObjectMemory& pool) : items(PooledAllocator<KZylPropertyData>(pool)) {}
+  explicit PropertyTable(ObjectMemory& pool)
+      : items(PooledAllocator<KZylPropertyData>(pool)), slots(PooledAllocator<Slot>(pool)) {}
 
   // In the manager's slabs: a large scene's materials hold tens of megabytes of properties.
   std::vector<KZylPropertyData, PooledAllocator<KZylPropertyData>> items;
-  std::unordered_multimap<size_t, int> byHash;
 
-  static size_t Hash(const KString& name) { return std::hash<std::string>()(name.Std()); }
+  struct Slot {
+    uint32_t hash;
+    int32_t index;  // of the property in `items`; negative while the slot is free
+  };
+  // Never more than half full, so that every probe ends at a free slot; empty while scanning.
+  std::vector<Slot, PooledAllocator<Slot>> slots;
+
+  static uint32_t Hash(const KString& name) {
+    return static_cast<uint32_t>(std::hash<std::string>()(name.Std()));
+  }
 
   int Find(const KString& name) const {
-    if (items.size() <= kScanned) {
+    if (slots.empty()) {
       for (size_t i = 0; i < items.size(); ++i)
         if (items[i].name == name) return static_cast<int>(i);
       return -1;
     }
+    // Properties of one name sit in the run of taken slots that starts at their hash.
+    const uint32_t hash = Hash(name);
+    const size_t mask = slots.size() - 1;
     int first = -1;
-    const auto range = byHash.equal_range(Hash(name));
-    for (auto it = range.first; it != range.second; ++it)
-      if (items[static_cast<size_t>(it->second)].name == name && (first < 0 || it->second < first)) first = it->second;
+    for (size_t at = hash & mask; slots[at].index >= 0; at = (at + 1) & mask) {
+      const Slot& slot = slots[at];
+      if (slot.hash == hash && items[static_cast<size_t>(slot.index)].name == name && (first < 0 || slot.index < first))
+        first = slot.index;
+    }
     return first;
   }
 
   void Add(KZylPropertyData data) {
     items.push_back(std::move(data));
-    if (items.size() < kScanned + 1) return;
-    if (items.size() == kScanned + 1) {
-      for (size_t i = 0; i < items.size(); ++i) byHash.emplace(Hash(items[i].name), static_cast<int>(i));
-      return;
+    if (items.size() <= kScanned) return;
+    if (items.size() * 2 > slots.size()) {
+      Rehash(std::max<size_t>(64, slots.size() * 2));
+    } else {
+      Place(Hash(items.back().name), static_cast<int32_t>(items.size() - 1));
     }
-    byHash.emplace(Hash(items.back().name), static_cast<int>(items.size() - 1));
+  }
+
+ private:
+  void Place(uint32_t hash, int32_t index) {
+    const size_t mask = slots.size() - 1;
+    size_t at = hash & mask;
+    while (slots[at].index >= 0) at = (at + 1) & mask;
+    slots[at] = {hash, index};
+  }
+
+  // A table of `size` slots (a power of two) holding every property.
+  void Rehash(size_t size) {
+    slots.assign(size, Slot{0, -1});
+    for (size_t i = 0; i < items.size(); ++i) Place(Hash(items[i].name), static_cast<int32_t>(i));
   }
 };
 
