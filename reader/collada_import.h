@@ -118,7 +118,10 @@ class KZylReaderCollada : public KZylReader {
   bool ImportAsset(DaeElement* asset, KZylScene& scene, KZylSceneInfo& sceneInfo);
   bool ImportLibrary(KZylScene& scene, DaeElement* library);
   bool ImportVisualScene(DaeElement* visualScene);
-  bool ImportScene(KZylScene& scene, DaeElement* sceneElement);
+  // `lastReadOfDocument`: nothing reads the document once the scene is copied (no animations
+  // follow, nothing after the scene element is looked at), so that its last visual scene is
+  // copied without it (ReleaseDocument).
+  bool ImportScene(KZylScene& scene, DaeElement* sceneElement, bool lastReadOfDocument = false);
   bool IsNodeExportable(const KString& id);
 
   // ---------------------------------------------------------------- nodes
@@ -278,6 +281,12 @@ class KZylReaderCollada : public KZylReader {
   void DestroyUnusedPlaceholderMaterials();
   // Where a notification given now arose: the element being read, or the parser's line.
   KZylUserNotification::Location CurrentLocation() const;
+  // Frees the document before the read ends, once nothing will read it again: a large scene's
+  // copy then does not sit beside the document's tree. Notifications given afterwards are
+  // located where the reading was when it was freed.
+  void ReleaseDocument();
+  // True when the document has animations, which are read once the scene is complete.
+  bool AnimationsToRead() const;
 
   FILE* mFile = nullptr;
   KString mFileName;
@@ -295,6 +304,7 @@ class KZylReaderCollada : public KZylReader {
   DaeDocumentPtr mDocument;
   std::optional<XmlParseFailure> mXmlFailure;
   const DaeElement* mReadingAt = nullptr;
+  std::optional<KZylUserNotification::Location> mReleasedAt;  // set by ReleaseDocument
   std::vector<std::pair<KString, int>> mLeftUnread;
   DaeElement* mSceneElement = nullptr;
   DaeElement* mVisualSceneElement = nullptr;

@@ -86,6 +86,7 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   mMaxSceneInstances = static_cast<int>(
       IntegerOption(*options, "MAX SCENE INSTANCES", KZylStreamOptionsColladaReader::kDefaultSceneInstances));
   mDocument.reset();
+  mReleasedAt.reset();
   ResetDocumentState();
   mLeftUnread.clear();
   XmlParseFailure xmlFailure;

@@ -26,9 +26,16 @@ KZylReaderCollada::ReadingAt::ReadingAt(KZylReaderCollada& reader, const DaeElem
 KZylReaderCollada::ReadingAt::~ReadingAt() { mReader.mReadingAt = mEnclosing; }
 
 KZylUserNotification::Location KZylReaderCollada::CurrentLocation() const {
+  // Once the document is freed, the elements being read are gone: their place was kept.
+  if (mReadingAt && mReleasedAt) return *mReleasedAt;
   if (mReadingAt) return {mReadingAt->Line(), NearestIdentifiedElement(mReadingAt)};
   if (mXmlFailure) return {mXmlFailure->line, ""};
   return {};
+}
+
+void KZylReaderCollada::ReleaseDocument() {
+  mReleasedAt = CurrentLocation();
+  mDocument.reset();
 }
 
 void KZylReaderCollada::AddNotificationWarning(KString text) {

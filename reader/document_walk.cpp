@@ -84,8 +84,9 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, DaeElement* root) {
         if (!(mStatus = ImportLibrary(scene, element))) return false;
       } else if (std::strcmp(name, "scene") == 0) {
         mSceneElement = element;
-        if (!(mStatus = ImportScene(scene, element))) return false;
-        if (DaeElement* extra = nextSiblingElement(element)) {
+        DaeElement* extra = nextSiblingElement(element);
+        if (!(mStatus = ImportScene(scene, element, !extra && !AnimationsToRead()))) return false;
+        if (extra) {
           AddNotificationError(KString("extra structure at the end of the main structure: <") + DAE_GetName(extra) + ">");
           return false;
         }
@@ -156,7 +157,7 @@ bool KZylReaderCollada::ReadAnyStructure(KZylScene& scene, DaeElement* root, KZy
       if (sceneRead) continue;
       sceneRead = true;
       mSceneElement = element;
-      if (!(mStatus = ImportScene(scene, element))) return false;
+      if (!(mStatus = ImportScene(scene, element, element == elements.back() && !AnimationsToRead()))) return false;
     } else if (std::strcmp(name, "library") == 0) {
       WarnOnce(name, KString("structure ") + name + " is deprecated in Collada 1.4.");
       if (!(mStatus = ImportLibrary(scene, element))) return false;
@@ -173,6 +174,8 @@ bool KZylReaderCollada::ReadAnyStructure(KZylScene& scene, DaeElement* root, KZy
   }
   return true;
 }
+
+bool KZylReaderCollada::AnimationsToRead() const { return mState->animations.GetCount() > 0; }
 
 void KZylReaderCollada::SkipUnknownElement(const char* name) {
   WarnOnce(KString("unknown <") + name + ">", KString("unknown element <") + name + "> skipped");

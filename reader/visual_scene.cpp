@@ -64,10 +64,12 @@ bool KZylReaderCollada::ImportVisualScene(DaeElement* visualScene) {
   return true;
 }
 
-bool KZylReaderCollada::ImportScene(KZylScene& scene, DaeElement* sceneElement) {
+bool KZylReaderCollada::ImportScene(KZylScene& scene, DaeElement* sceneElement, bool lastReadOfDocument) {
   const ReadingAt reading(*this, sceneElement);
   std::unordered_map<const KZylScene*, int> instances;
-  for (DaeElement* child = firstChildElement(sceneElement); child; child = nextSiblingElement(child)) {
+  DaeElement* next = nullptr;
+  for (DaeElement* child = firstChildElement(sceneElement); child; child = next) {
+    next = nextSiblingElement(child);
     const char* name = DAE_GetName(child);
     const ReadingAt readingChild(*this, child);
     if (std::strcmp(name, "instance_visual_scene") == 0) {
@@ -86,6 +88,8 @@ bool KZylReaderCollada::ImportScene(KZylScene& scene, DaeElement* sceneElement) 
                                  " times: the other instances are skipped (read option MAX SCENE INSTANCES)");
         continue;
       }
+      // A copy reads the kit's objects only: the last one can do without the document.
+      if (lastReadOfDocument && !next) ReleaseDocument();
       if (!(mStatus = CopyScene(&scene, visualScene))) return false;
     } else if (std::strcmp(name, "instance_physics_scene") == 0) {
       AddNotificationWarning(KString("structure ") + name + " is not supported.");
