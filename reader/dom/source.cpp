@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <type_traits>
 #include <vector>
 
 #include "reader/dom/dom.h"
