@@ -3,9 +3,7 @@
 // document material each symbol stands for. The complete reading also places the bound
 // materials' textures on the mesh there.
 
-#include <iterator>
 #include <optional>
-#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -96,8 +94,11 @@ bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial
   const KString symbol = DAE_GetProperty(instanceMaterial, "symbol");
   const KString target = DAE_GetProperty(instanceMaterial, "target");
   std::vector<int> slots;
-  if (const std::set<int>* named = slotIndex.SlotsNamed(symbol))
-    slots.assign(named->begin(), complete ? named->end() : std::next(named->begin()));
+  if (complete) {
+    slots = slotIndex.SlotsNamed(symbol);
+  } else if (const int first = slotIndex.FirstSlotNamed(symbol); first >= 0) {
+    slots.push_back(first);
+  }
   if (slots.empty()) {
     reader.AddNotificationWarning("material of symbol " + symbol + " not found for node " + node.GetName());
     return true;

@@ -12,10 +12,7 @@ namespace {
 using namespace zylsdk;
 using zyltest::MutableState;
 
-std::vector<int> Slots(const MaterialSlotIndex& index, const char* name) {
-  const std::set<int>* slots = index.SlotsNamed(name);
-  return slots ? std::vector<int>(slots->begin(), slots->end()) : std::vector<int>();
-}
+std::vector<int> Slots(const MaterialSlotIndex& index, const char* name) { return index.SlotsNamed(name); }
 
 TEST(MaterialSlotIndexTest, SlotsByNameFollowRebinding) {
   KZylSdkManager manager;
@@ -23,21 +20,47 @@ TEST(MaterialSlotIndexTest, SlotsByNameFollowRebinding) {
   MaterialSlotIndex index(*mesh);
   EXPECT_EQ(Slots(index, "a"), (std::vector<int>{0, 2}));
   EXPECT_EQ(Slots(index, "c"), (std::vector<int>{3}));
-  EXPECT_EQ(index.SlotsNamed("d"), nullptr);
+  EXPECT_EQ(Slots(index, "d"), std::vector<int>());
+  EXPECT_EQ(index.FirstSlotNamed("a"), 0);
+  EXPECT_EQ(index.FirstSlotNamed("d"), -1);
 
   KZylSurfaceMaterial* before = mesh->GetLayer(0)->GetMaterials()->GetDirectArray()[0];
   KZylSurfacePhong* after = KZylSurfacePhong::Create(&manager, "c");
   index.Rebind(0, before, after);
   EXPECT_EQ(Slots(index, "a"), (std::vector<int>{2}));
   EXPECT_EQ(Slots(index, "c"), (std::vector<int>{0, 3}));
+  EXPECT_EQ(index.FirstSlotNamed("a"), 2);
   index.Rebind(2, before, nullptr);
-  EXPECT_EQ(index.SlotsNamed("a"), nullptr);
+  EXPECT_EQ(Slots(index, "a"), std::vector<int>());
+  EXPECT_EQ(index.FirstSlotNamed("a"), -1);
+}
+
+// Slots of one name come back in order whichever order they arrive and leave in.
+TEST(MaterialSlotIndexTest, SlotsOfOneNameStayInOrder) {
+  KZylSdkManager manager;
+  KZylMesh* mesh = zyltest::MakeLibraryMesh(manager, {"a", "b", "a", "b", "a"});
+  MaterialSlotIndex index(*mesh);
+  const KArrayTemplate<KZylSurfaceMaterial*>& materials = mesh->GetLayer(0)->GetMaterials()->GetDirectArray();
+  KZylSurfaceMaterial* const a = materials[0];
+  KZylSurfaceMaterial* const b = materials[1];
+  index.Rebind(3, b, a);
+  EXPECT_EQ(Slots(index, "a"), (std::vector<int>{0, 2, 3, 4}));
+  index.Rebind(0, a, b);
+  EXPECT_EQ(Slots(index, "a"), (std::vector<int>{2, 3, 4}));
+  EXPECT_EQ(index.FirstSlotNamed("a"), 2);
+  EXPECT_EQ(Slots(index, "b"), (std::vector<int>{0, 1}));
+  index.Rebind(3, a, b);
+  index.Rebind(2, a, b);
+  EXPECT_EQ(Slots(index, "a"), (std::vector<int>{4}));
+  EXPECT_EQ(Slots(index, "b"), (std::vector<int>{0, 1, 2, 3}));
+  EXPECT_EQ(index.FirstSlotNamed("b"), 0);
 }
 
 TEST(MaterialSlotIndexTest, AMeshWithoutMaterialsHasNoSlots) {
   KZylSdkManager manager;
   KZylMesh* mesh = KZylMesh::Create(&manager, "");
-  EXPECT_EQ(MaterialSlotIndex(*mesh).SlotsNamed(""), nullptr);
+  EXPECT_EQ(MaterialSlotIndex(*mesh).SlotsNamed(""), std::vector<int>());
+  EXPECT_EQ(MaterialSlotIndex(*mesh).FirstSlotNamed(""), -1);
 }
 
 class ManySlotsBindingTest : public zyltest::ReaderTest {
