@@ -6,6 +6,7 @@
 #include <functional>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "kit/manager.h"
 #include "kit/object_memory.h"
@@ -404,9 +405,9 @@ KZylProperty KZylObject::FindProperty(const KString& name, bool) const {
   return KZylProperty(const_cast<KZylObject*>(this), index);
 }
 
-KZylProperty KZylObject::AddProperty(const KString& name, EZylType type) {
+KZylProperty KZylObject::AddProperty(KString name, EZylType type) {
   KZylPropertyData data;
-  data.name = name;
+  data.name = std::move(name);
   data.type = type;
   InitialNumbers(data);
   const int index = GetPropertyCount();

@@ -197,8 +197,9 @@ class KZylObject : public KZylPlug {
  protected:
   KZylObject(KZylSdkManager& manager, const char* name);
 
-  // Adds a static property with its initial value; used by constructors.
-  KZylProperty AddProperty(const KString& name, EZylType type);
+  // Adds a static property with its initial value; used by constructors. The name is taken by
+  // value: a name made for the call (from a literal) moves in without a second copy.
+  KZylProperty AddProperty(KString name, EZylType type);
   // Makes room for `count` properties in all, so that a class that knows how many its
   // constructors add grows its table once.
   void ReserveProperties(int count);
