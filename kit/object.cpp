@@ -126,8 +126,12 @@ struct KZylObject::PropertyTable {
     return first;
   }
 
-  void Add(KZylPropertyData data) {
-    items.push_back(std::move(data));
+  // Appends a property of that name and type, with its initial value.
+  void Add(KString name, EZylType type) {
+    KZylPropertyData& data = items.emplace_back();
+    data.name = std::move(name);
+    data.type = type;
+    InitialNumbers(data);
     if (items.size() <= kScanned) return;
     if (items.size() * 2 > slots.size()) {
       Rehash(std::max<size_t>(64, slots.size() * 2));
@@ -406,12 +410,8 @@ KZylProperty KZylObject::FindProperty(const KString& name, bool) const {
 }
 
 KZylProperty KZylObject::AddProperty(KString name, EZylType type) {
-  KZylPropertyData data;
-  data.name = std::move(name);
-  data.type = type;
-  InitialNumbers(data);
   const int index = GetPropertyCount();
-  OwnProperties().Add(std::move(data));
+  OwnProperties().Add(std::move(name), type);
   return KZylProperty(this, index);
 }
 
