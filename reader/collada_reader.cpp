@@ -147,7 +147,8 @@ void KZylReaderCollada::DestroyUnusedPlaceholderMaterials() {
   if (mMaterialSet.GetCount() == 0) return;
   // Materials that meshes held by nodes still use stay.
   std::unordered_set<const KZylObject*> used;
-  for (int i = 0; i < mManager->GetSrcObjectCount<KZylMesh>(); ++i) {
+  const int meshCount = mManager->GetSrcObjectCount<KZylMesh>();
+  for (int i = 0; i < meshCount; ++i) {
     KZylMesh* mesh = mManager->GetSrcObject<KZylMesh>(i);
     if (mesh->GetNodeCount() == 0) continue;
     for (int j = 0; j < mesh->GetLayerCount(); ++j)
@@ -157,7 +158,8 @@ void KZylReaderCollada::DestroyUnusedPlaceholderMaterials() {
   // Only the set's materials that are still alive: the application may have destroyed some,
   // and their addresses may since have been reused (their unique ids cannot).
   std::vector<KZylObject*> unused;
-  for (int i = 0; i < mManager->GetSrcObjectCount<KZylSurfaceMaterial>(); ++i) {
+  const int materialCount = mManager->GetSrcObjectCount<KZylSurfaceMaterial>();
+  for (int i = 0; i < materialCount; ++i) {
     KZylSurfaceMaterial* material = mManager->GetSrcObject<KZylSurfaceMaterial>(i);
     auto entry = mMaterialSetIds.find(material);
     if (entry != mMaterialSetIds.end() && entry->second == material->GetUniqueID() && !used.count(material))
