@@ -1,7 +1,6 @@
 #include "reader/geometry/primitive_lists.h"
 
 #include <algorithm>
-#include <deque>
 
 #include "reader/dom/dom.h"
 
@@ -104,7 +103,8 @@ void PrimitiveLists::ReadPolygonSizes(const DaeElement* element) {
 }
 
 void PrimitiveLists::UnrollStripsAndFans(PrimitiveKind kind, int vertexOffset) {
-  std::deque<std::vector<int>> triangles;
+  std::vector<std::vector<int>> triangles;
+  triangles.reserve(mLists.size());
   for (size_t list = 0; list < mLists.size(); ++list) {
     const IntList values = mLists[list];
     auto valueAt = [&](int64_t vertex, int64_t offset) {

@@ -5,7 +5,6 @@
 // leave a list: a position past its end, or a negative offset, gives -1.
 
 #include <cstdint>
-#include <deque>
 #include <vector>
 
 #include "kit/karray.h"
@@ -75,8 +74,9 @@ class PrimitiveLists {
     int64_t size;
   };
   std::vector<IntList> mLists;
-  // Lists made here (joined, unrolled, or read from text); they never move once made.
-  std::deque<std::vector<int>> mOwned;
+  // Lists made here (joined, unrolled, or read from text). Their values never move once made
+  // (moving a vector keeps its storage), so mLists can point into them.
+  std::vector<std::vector<int>> mOwned;
   int64_t mStride;
   // Vertices per polygon: 0 for a polygon per list, 3 for triangles; with `mCounted`, the
   // sizes of `mPolygonSizes` over list 0.
