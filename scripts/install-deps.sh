@@ -2,7 +2,7 @@
 # Installs the Debian packages the project builds with, and only those that are missing.
 set -euo pipefail
 
-packages=(cmake make g++ pkg-config libxml2-dev zlib1g-dev libzip-dev python3-jsonschema libgtest-dev nlohmann-json3-dev libcli11-dev libtinygltf-dev chromium)
+packages=(cmake make g++ pkg-config libxml2-dev zlib1g-dev libzip-dev libfast-float-dev python3-jsonschema libgtest-dev nlohmann-json3-dev libcli11-dev libtinygltf-dev chromium)
 # Debian's CMake package of libzip names its command-line tools, which must then be there.
 packages+=(zipcmp zipmerge ziptool)
 # Node and npm build the viewer page and run the glTF validator; a node from elsewhere is kept.

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstring>
 
+#include <fast_float/fast_float.h>
+
 namespace zylsdk {
 namespace {
 
@@ -89,10 +91,12 @@ bool TooLarge(const char* first, const char* last) {
 }
 
 // Parses a floating-point number at `p`, reading no further than `end` (a leading '+'
-// accepted); the end of what was read, or null when no number starts there.
+// accepted); the end of what was read, or null when no number starts there. fast_float reads
+// what std::from_chars reads, to the same double, in fewer steps; some of its versions give an
+// out-of-range number as infinity or zero at once, others report it as std::from_chars does.
 const char* ParseDoubleBefore(const char* p, const char* end, double& value) {
   const char* first = (*p == '+' && p + 1 < end && p[1] != '+' && p[1] != '-') ? p + 1 : p;
-  std::from_chars_result result = std::from_chars(first, end, value, std::chars_format::general);
+  const fast_float::from_chars_result result = fast_float::from_chars(first, end, value, fast_float::chars_format::general);
   if (result.ec == std::errc::invalid_argument) return nullptr;
   if (result.ec == std::errc::result_out_of_range) {
     // Too large or too small for a double: the number still counts, as infinity or zero.

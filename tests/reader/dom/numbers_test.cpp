@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <chrono>
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -108,6 +110,38 @@ TEST(Strtodouble, InfinityAndNan) {
   const char* cursor = text;
   strtodouble(&cursor);
   EXPECT_EQ(strtodouble(&cursor), 4.0);
+}
+
+// Decimal numbers convert to the double nearest to them, exactly as the standard library
+// converts them: halfway cases, subnormals, the largest doubles and mantissas longer than any
+// integer type.
+TEST(Strtodouble, RoundsAsTheStandardLibraryDoes) {
+  std::vector<std::string> texts = {"9007199254740993", "9007199254740993.0000000000000000000001",
+                                    "2.2250738585072011e-308", "2.2250738585072014e-308", "4.9406564584124654e-324",
+                                    "2.4703282292062328e-324", "1.7976931348623157e308", "0.1", "0.3", "123456.789e-3",
+                                    "-0.0", "1e22", "1e23", "8.98846567431158e307", "7.2057594037927933e16"};
+  std::mt19937_64 random(7);
+  for (int i = 0; i < 20000; ++i) {
+    std::string text = random() % 2 ? "-" : "";
+    const int digits = 1 + static_cast<int>(random() % 25);
+    for (int d = 0; d < digits; ++d) text += static_cast<char>('0' + random() % 10);
+    if (random() % 2) text.insert(text.size() - static_cast<size_t>(random() % digits), ".");
+    if (random() % 2) text += "e" + std::to_string(static_cast<int>(random() % 640) - 330);
+    texts.push_back(text);
+  }
+  for (const std::string& text : texts) {
+    double expected = 0.0;
+    const std::from_chars_result standard = std::from_chars(text.data(), text.data() + text.size(), expected);
+    if (standard.ec != std::errc()) continue;  // out of range: OutOfRangeNumbersBecomeInfinityOrZero
+    const char* cursor = text.c_str();
+    const double read = strtodouble(&cursor);
+    EXPECT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << text;
+    EXPECT_EQ(*cursor, '\0') << text;
+    std::vector<double> streamed;
+    AppendDoubles(text.data(), text.data() + text.size(), streamed);
+    ASSERT_EQ(streamed.size(), 1u) << text;
+    EXPECT_EQ(std::memcmp(&streamed[0], &expected, sizeof expected), 0) << text;
+  }
 }
 
 TEST(Strtoint, ReadsIntegersAndSkipsALeadingPoint) {
