@@ -291,85 +291,118 @@ struct KZylPlug::SourceIndex {
   std::unordered_map<const KZylClassId*, std::vector<KZylObject*>> byClass;
 };
 
+struct KZylPlug::Links {
+  std::vector<KZylObject*> sources;
+  std::vector<KZylObject*> destinations;
+  // Made once there are more sources than a scan should visit, so that a scene or a node with
+  // thousands of them answers "already a source?" and "the i-th material" without a walk
+  // through them all; the many objects with few sources pay nothing for it.
+  std::unique_ptr<SourceIndex> sourceIndex;
+};
+
 KZylPlug::~KZylPlug() = default;
+
+KZylPlug::Links& KZylPlug::OwnLinks() {
+  if (!mLinks) mLinks = std::make_unique<Links>();
+  return *mLinks;
+}
+
+const std::vector<KZylObject*>& KZylPlug::Sources() const {
+  static const std::vector<KZylObject*> kNone;
+  return mLinks ? mLinks->sources : kNone;
+}
+
+const std::vector<KZylObject*>& KZylPlug::Destinations() const {
+  static const std::vector<KZylObject*> kNone;
+  return mLinks ? mLinks->destinations : kNone;
+}
 
 bool KZylPlug::ConnectZylSrc(KZylObject* source) {
   if (!source || source == Self() || IsConnectedZylSrc(source)) return false;
-  mSources.push_back(source);
-  if (mSourceIndex) {
-    mSourceIndex->members.insert(source);
-    for (auto& [classId, sources] : mSourceIndex->byClass)
+  Links& links = OwnLinks();
+  links.sources.push_back(source);
+  if (links.sourceIndex) {
+    links.sourceIndex->members.insert(source);
+    for (auto& [classId, sources] : links.sourceIndex->byClass)
       if (source->Is(*classId)) sources.push_back(source);
-  } else if (mSources.size() > kSourcesScanned) {
-    mSourceIndex = std::make_unique<SourceIndex>();
-    mSourceIndex->members.insert(mSources.begin(), mSources.end());
+  } else if (links.sources.size() > kSourcesScanned) {
+    links.sourceIndex = std::make_unique<SourceIndex>();
+    links.sourceIndex->members.insert(links.sources.begin(), links.sources.end());
   }
-  static_cast<KZylPlug*>(source)->mDestinations.push_back(Self());
+  static_cast<KZylPlug*>(source)->OwnLinks().destinations.push_back(Self());
   return true;
 }
 
 bool KZylPlug::DisconnectZylSrc(KZylObject* source) {
   if (!IsConnectedZylSrc(source)) return false;
-  EraseOnce(mSources, source);
-  if (mSourceIndex) {
-    mSourceIndex->members.erase(source);
+  EraseOnce(mLinks->sources, source);
+  if (mLinks->sourceIndex) {
+    mLinks->sourceIndex->members.erase(source);
     // Made again when next asked for.
-    mSourceIndex->byClass.clear();
+    mLinks->sourceIndex->byClass.clear();
   }
-  EraseOnce(static_cast<KZylPlug*>(source)->mDestinations, Self());
+  EraseOnce(static_cast<KZylPlug*>(source)->mLinks->destinations, Self());
   return true;
 }
 
 bool KZylPlug::IsConnectedZylSrc(const KZylObject* source) const {
-  if (mSourceIndex) return mSourceIndex->members.count(source) != 0;
-  return std::find(mSources.begin(), mSources.end(), source) != mSources.end();
+  if (!mLinks) return false;
+  if (mLinks->sourceIndex) return mLinks->sourceIndex->members.count(source) != 0;
+  return std::find(mLinks->sources.begin(), mLinks->sources.end(), source) != mLinks->sources.end();
 }
 
 const std::vector<KZylObject*>* KZylPlug::SourcesOfClass(const KZylClassId& classId) const {
-  if (!mSourceIndex) return nullptr;
-  auto [entry, made] = mSourceIndex->byClass.try_emplace(&classId);
+  if (!mLinks || !mLinks->sourceIndex) return nullptr;
+  auto [entry, made] = mLinks->sourceIndex->byClass.try_emplace(&classId);
   if (made)
-    for (KZylObject* source : mSources)
+    for (KZylObject* source : mLinks->sources)
       if (source->Is(classId)) entry->second.push_back(source);
   return &entry->second;
 }
 
+int KZylPlug::GetSrcObjectCount() const { return static_cast<int>(Sources().size()); }
+
 KZylObject* KZylPlug::GetSrcObject(int index) const {
-  return (index >= 0 && index < GetSrcObjectCount()) ? mSources[static_cast<size_t>(index)] : nullptr;
+  return (index >= 0 && index < GetSrcObjectCount()) ? Sources()[static_cast<size_t>(index)] : nullptr;
 }
 
 int KZylPlug::GetSrcObjectCount(const KZylClassId& classId) const {
   if (const std::vector<KZylObject*>* sources = SourcesOfClass(classId)) return static_cast<int>(sources->size());
-  return static_cast<int>(std::count_if(mSources.begin(), mSources.end(),
+  const std::vector<KZylObject*>& sources = Sources();
+  return static_cast<int>(std::count_if(sources.begin(), sources.end(),
                                         [&](const KZylObject* o) { return o->Is(classId); }));
 }
 
 KZylObject* KZylPlug::GetSrcObject(const KZylClassId& classId, int index) const {
   if (const std::vector<KZylObject*>* sources = SourcesOfClass(classId))
     return (index >= 0 && static_cast<size_t>(index) < sources->size()) ? (*sources)[static_cast<size_t>(index)] : nullptr;
-  for (KZylObject* o : mSources)
+  for (KZylObject* o : Sources())
     if (o->Is(classId) && index-- == 0) return o;
   return nullptr;
 }
 
+int KZylPlug::GetDstObjectCount() const { return static_cast<int>(Destinations().size()); }
+
 KZylObject* KZylPlug::GetDstObject(int index) const {
-  return (index >= 0 && index < GetDstObjectCount()) ? mDestinations[static_cast<size_t>(index)] : nullptr;
+  return (index >= 0 && index < GetDstObjectCount()) ? Destinations()[static_cast<size_t>(index)] : nullptr;
 }
 
 int KZylPlug::GetDstObjectCount(const KZylClassId& classId) const {
-  return static_cast<int>(std::count_if(mDestinations.begin(), mDestinations.end(),
+  const std::vector<KZylObject*>& destinations = Destinations();
+  return static_cast<int>(std::count_if(destinations.begin(), destinations.end(),
                                         [&](const KZylObject* o) { return o->Is(classId); }));
 }
 
 KZylObject* KZylPlug::GetDstObject(const KZylClassId& classId, int index) const {
-  for (KZylObject* o : mDestinations)
+  for (KZylObject* o : Destinations())
     if (o->Is(classId) && index-- == 0) return o;
   return nullptr;
 }
 
 void KZylPlug::DisconnectAll() {
-  while (!mSources.empty()) DisconnectZylSrc(mSources.back());
-  while (!mDestinations.empty()) static_cast<KZylPlug*>(mDestinations.back())->DisconnectZylSrc(Self());
+  if (!mLinks) return;
+  while (!mLinks->sources.empty()) DisconnectZylSrc(mLinks->sources.back());
+  while (!mLinks->destinations.empty()) static_cast<KZylPlug*>(mLinks->destinations.back())->DisconnectZylSrc(Self());
 }
 
 // ---------------------------------------------------------------- KZylObject

@@ -116,11 +116,11 @@ class KZylPlug {
   bool ConnectZylSrc(KZylObject* source);
   bool DisconnectZylSrc(KZylObject* source);
   bool IsConnectedZylSrc(const KZylObject* source) const;
-  int GetSrcObjectCount() const { return static_cast<int>(mSources.size()); }
+  int GetSrcObjectCount() const;
   KZylObject* GetSrcObject(int index) const;
   int GetSrcObjectCount(const KZylClassId& classId) const;
   KZylObject* GetSrcObject(const KZylClassId& classId, int index) const;
-  int GetDstObjectCount() const { return static_cast<int>(mDestinations.size()); }
+  int GetDstObjectCount() const;
   KZylObject* GetDstObject(int index) const;
   int GetDstObjectCount(const KZylClassId& classId) const;
   KZylObject* GetDstObject(const KZylClassId& classId, int index) const;
@@ -129,17 +129,18 @@ class KZylPlug {
   void DisconnectAll();
 
  private:
+  struct Links;
   struct SourceIndex;
   KZylObject* Self();
+  Links& OwnLinks();  // made with the first connection
+  const std::vector<KZylObject*>& Sources() const;
+  const std::vector<KZylObject*>& Destinations() const;
   // The sources of one class, in order, from the index; null while there are few sources.
   const std::vector<KZylObject*>* SourcesOfClass(const KZylClassId& classId) const;
 
-  std::vector<KZylObject*> mSources;
-  std::vector<KZylObject*> mDestinations;
-  // Made once there are more sources than a scan should visit, so that a scene or a node with
-  // thousands of them answers "already a source?" and "the i-th material" without a walk
-  // through them all; the many objects with few sources pay nothing for it.
-  mutable std::unique_ptr<SourceIndex> mSourceIndex;
+  // The sources and destinations, made with the first connection to or from this object: most
+  // objects of a large scene (nodes, their attributes) have none.
+  std::unique_ptr<Links> mLinks;
 };
 
 class KZylObject : public KZylPlug {

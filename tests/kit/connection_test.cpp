@@ -122,4 +122,34 @@ TEST_F(ConnectionTest, SourcesOfAClassFollowConnections) {
   EXPECT_EQ(ofClass(KZylTexture::ClassId), textures);
 }
 
+// Objects that were never connected (most of a large scene's) answer as having no sources and no
+// destinations, and can be destroyed, as can one whose only connection was undone.
+TEST(Connections, AnObjectNeverConnectedHasNone) {
+  KZylSdkManager manager;
+  const int objectsBefore = manager.GetObjectCount();
+  KZylNode* lonely = KZylNode::Create(&manager, "lonely");
+  KZylSurfaceLambert* material = KZylSurfaceLambert::Create(&manager, "material");
+  for (KZylObject* object : std::vector<KZylObject*>{lonely, material}) {
+    EXPECT_EQ(object->GetSrcObjectCount(), 0);
+    EXPECT_EQ(object->GetDstObjectCount(), 0);
+    EXPECT_EQ(object->GetSrcObject(0), nullptr);
+    EXPECT_EQ(object->GetDstObject(0), nullptr);
+    EXPECT_EQ(object->GetSrcObjectCount(KZylObject::ClassId), 0);
+    EXPECT_EQ(object->GetDstObjectCount(KZylObject::ClassId), 0);
+    EXPECT_EQ(object->GetSrcObject(KZylObject::ClassId, 0), nullptr);
+    EXPECT_EQ(object->GetDstObject(KZylObject::ClassId, 0), nullptr);
+  }
+  EXPECT_FALSE(lonely->IsConnectedZylSrc(material));
+  EXPECT_FALSE(lonely->DisconnectZylSrc(material));
+
+  ASSERT_TRUE(lonely->ConnectZylSrc(material));
+  EXPECT_EQ(material->GetDstObject(KZylNode::ClassId, 0), lonely);
+  ASSERT_TRUE(lonely->DisconnectZylSrc(material));
+  EXPECT_EQ(lonely->GetSrcObjectCount(), 0);
+  EXPECT_EQ(material->GetDstObjectCount(), 0);
+  material->Destroy();
+  lonely->Destroy();
+  EXPECT_EQ(manager.GetObjectCount(), objectsBefore);
+}
+
 }  // namespace
