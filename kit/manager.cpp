@@ -4,12 +4,15 @@
 
 #include "kit/memory_advice.h"
 #include "kit/object_memory.h"
+#include "kit/property_names.h"
 #include "kit/reader_base.h"
 
 namespace zylsdk {
 
 KZylSdkManager::KZylSdkManager()
-    : mObjectMemory(std::make_unique<ObjectMemory>()), mUserNotification(std::make_unique<KZylUserNotification>()) {}
+    : mObjectMemory(std::make_unique<ObjectMemory>()),
+      mPropertyNames(std::make_unique<PropertyNames>()),
+      mUserNotification(std::make_unique<KZylUserNotification>()) {}
 
 KZylSdkManager::~KZylSdkManager() {
   // Newest first, so that nothing outlives an object made from it. Objects only drop their

@@ -18,6 +18,7 @@ namespace zylsdk {
 
 class KZylReader;
 class ObjectMemory;
+class PropertyNames;
 
 class KZylSdkManager {
  public:
@@ -89,8 +90,9 @@ class KZylSdkManager {
   const std::vector<KZylObject*>& ObjectsOfClass(const KZylClassId& classId) const;
 
   friend class KZylObject;
-  // Declared before the objects, so that it outlives them.
+  // Declared before the objects, so that they outlive them.
   std::unique_ptr<ObjectMemory> mObjectMemory;
+  std::unique_ptr<PropertyNames> mPropertyNames;
   std::vector<std::unique_ptr<KZylObject>> mObjects;  // creation order; destroyed slots are null
   size_t mLiveObjects = 0;
   uint64_t mObjectsVersion = 0;  // changes whenever an object is made or destroyed

@@ -10,6 +10,7 @@
 
 #include "kit/manager.h"
 #include "kit/object_memory.h"
+#include "kit/property_names.h"
 #include "kit/scene.h"
 
 namespace zylsdk {
@@ -29,7 +30,7 @@ struct KZylPropertyData {
           matrix(other.matrix ? std::make_unique<std::array<double, 16>>(*other.matrix) : nullptr) {}
   };
 
-  KString name;
+  const PropertyName* name = nullptr;  // kept once by the manager (kit/property_names.h)
   EZylType type = eZylUndefined;
   bool dynamic = false;
   KTime time;
@@ -104,39 +105,36 @@ struct KZylObject::PropertyTable {
   // Never more than half full, so that every probe ends at a free slot; empty while scanning.
   std::vector<Slot, PooledAllocator<Slot>> slots;
 
-  static uint32_t Hash(const KString& name) {
-    return static_cast<uint32_t>(std::hash<std::string>()(name.Std()));
-  }
-
   int Find(const KString& name) const {
     if (slots.empty()) {
       for (size_t i = 0; i < items.size(); ++i)
-        if (items[i].name == name) return static_cast<int>(i);
+        if (items[i].name->text == name) return static_cast<int>(i);
       return -1;
     }
     // Properties of one name sit in the run of taken slots that starts at their hash.
-    const uint32_t hash = Hash(name);
+    const uint32_t hash = PropertyNames::Hash(name.Std());
     const size_t mask = slots.size() - 1;
     int first = -1;
     for (size_t at = hash & mask; slots[at].index >= 0; at = (at + 1) & mask) {
       const Slot& slot = slots[at];
-      if (slot.hash == hash && items[static_cast<size_t>(slot.index)].name == name && (first < 0 || slot.index < first))
+      if (slot.hash == hash && items[static_cast<size_t>(slot.index)].name->text == name &&
+          (first < 0 || slot.index < first))
         first = slot.index;
     }
     return first;
   }
 
   // Appends a property of that name and type, with its initial value.
-  void Add(KString name, EZylType type) {
+  void Add(const PropertyName* name, EZylType type) {
     KZylPropertyData& data = items.emplace_back();
-    data.name = std::move(name);
+    data.name = name;
     data.type = type;
     InitialNumbers(data);
     if (items.size() <= kScanned) return;
     if (items.size() * 2 > slots.size()) {
       Rehash(std::max<size_t>(64, slots.size() * 2));
     } else {
-      Place(Hash(items.back().name), static_cast<int32_t>(items.size() - 1));
+      Place(name->hash, static_cast<int32_t>(items.size() - 1));
     }
   }
 
@@ -151,7 +149,7 @@ struct KZylObject::PropertyTable {
   // A table of `size` slots (a power of two) holding every property.
   void Rehash(size_t size) {
     slots.assign(size, Slot{0, -1});
-    for (size_t i = 0; i < items.size(); ++i) Place(Hash(items[i].name), static_cast<int32_t>(i));
+    for (size_t i = 0; i < items.size(); ++i) Place(items[i].name->hash, static_cast<int32_t>(i));
   }
 };
 
@@ -164,14 +162,14 @@ KZylProperty KZylProperty::Create(KZylObject* owner, const KString& name, EZylTy
   if (!owner) return KZylProperty();
   KZylProperty existing = owner->FindProperty(name);
   if (existing.IsValid()) return existing;
-  KZylProperty created = owner->AddProperty(name, type);
+  KZylProperty created = owner->AddProperty(name.Std(), type);
   KZylPropertyData* data = created.Data();
   if (label && *label) data->RareParts().label = label;
   data->dynamic = true;
   return created;
 }
 
-KString KZylProperty::GetName() const { return Data() ? Data()->name : KString(); }
+KString KZylProperty::GetName() const { return Data() ? Data()->name->text : KString(); }
 KString KZylProperty::GetLabel() const { return Data() ? Data()->Label() : KString(); }
 EZylType KZylProperty::GetPropertyDataType() const { return Data() ? Data()->type : eZylUndefined; }
 bool KZylProperty::IsDynamic() const { return Data() && Data()->dynamic; }
@@ -442,9 +440,9 @@ KZylProperty KZylObject::FindProperty(const KString& name, bool) const {
   return KZylProperty(const_cast<KZylObject*>(this), index);
 }
 
-KZylProperty KZylObject::AddProperty(KString name, EZylType type) {
+KZylProperty KZylObject::AddProperty(std::string_view name, EZylType type) {
   const int index = GetPropertyCount();
-  OwnProperties().Add(std::move(name), type);
+  OwnProperties().Add(mManager->mPropertyNames->Intern(name), type);
   return KZylProperty(this, index);
 }
 
@@ -477,9 +475,9 @@ KZylObject* KZylObject::CreateSameKind(KZylSdkManager&, const char*) const { ret
 void KZylObject::CopyFrom(const KZylObject& source) {
   if (!source.mProperties) return;
   for (const KZylPropertyData& property : source.mProperties->items) {
-    KZylProperty target = FindProperty(property.name);
+    KZylProperty target = FindProperty(property.name->text);
     if (!target.IsValid()) {
-      target = AddProperty(property.name, property.type);
+      target = AddProperty(property.name->text.Std(), property.type);
       target.Data()->dynamic = true;
     }
     KZylPropertyData* data = target.Data();

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -198,9 +199,9 @@ class KZylObject : public KZylPlug {
  protected:
   KZylObject(KZylSdkManager& manager, const char* name);
 
-  // Adds a static property with its initial value; used by constructors. The name is taken by
-  // value: a name made for the call (from a literal) moves in without a second copy.
-  KZylProperty AddProperty(KString name, EZylType type);
+  // Adds a static property with its initial value; used by constructors. The manager keeps each
+  // name once, so that a literal is never copied into a string of its own.
+  KZylProperty AddProperty(std::string_view name, EZylType type);
   // Makes room for `count` properties in all, so that a class that knows how many its
   // constructors add grows its table once.
   void ReserveProperties(int count);
