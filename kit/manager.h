@@ -90,7 +90,7 @@ class KZylSdkManager {
   const std::vector<KZylObject*>& ObjectsOfClass(const KZylClassId& classId) const;
 
   friend class KZylObject;
-  // Declared before the objects, so that they outlive them.
+  // Declared before the objects, so that both outlive them.
   std::unique_ptr<ObjectMemory> mObjectMemory;
   std::unique_ptr<PropertyNames> mPropertyNames;
   std::vector<std::unique_ptr<KZylObject>> mObjects;  // creation order; destroyed slots are null

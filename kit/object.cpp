@@ -271,6 +271,12 @@ KZylObject* KZylPlug::Self() { return static_cast<KZylObject*>(this); }
 
 namespace {
 
+// What an object that was never connected answers for its sources and its destinations.
+const std::vector<KZylObject*>& NoObjects() {
+  static const std::vector<KZylObject*> none;
+  return none;
+}
+
 // Up to this many sources, looking through them is as quick as an index and costs no memory.
 constexpr size_t kSourcesScanned = 16;
 
@@ -305,14 +311,10 @@ KZylPlug::Links& KZylPlug::OwnLinks() {
   return *mLinks;
 }
 
-const std::vector<KZylObject*>& KZylPlug::Sources() const {
-  static const std::vector<KZylObject*> kNone;
-  return mLinks ? mLinks->sources : kNone;
-}
+const std::vector<KZylObject*>& KZylPlug::Sources() const { return mLinks ? mLinks->sources : NoObjects(); }
 
 const std::vector<KZylObject*>& KZylPlug::Destinations() const {
-  static const std::vector<KZylObject*> kNone;
-  return mLinks ? mLinks->destinations : kNone;
+  return mLinks ? mLinks->destinations : NoObjects();
 }
 
 bool KZylPlug::ConnectZylSrc(KZylObject* source) {
