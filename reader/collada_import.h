@@ -219,8 +219,8 @@ class KZylReaderCollada : public KZylReader {
     IdList<KZylSurfaceMaterial> effects;
     IdList<KZylTexture> images;
     IdList<TextureUseArray> textures;
-    // For the complete reading's material binding: the textures of each effect, and the effect
-    // each material instances.
+    // For the complete reading's material binding, and filled by it only: the textures of each
+    // effect, and the effect each material instances.
     std::unordered_map<KString, const TextureUseArray*> effectTextures;
     std::unordered_map<KString, KString> materialEffects;
     IdList<KZylNodeAttribute> nodeAttributes;

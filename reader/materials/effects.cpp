@@ -187,7 +187,7 @@ bool KZylReaderCollada::ImportMaterial(DaeElement* materialElement) {
   auto* copy = static_cast<KZylSurfaceMaterial*>(mState->effects.Get(effect)->Clone(2));
   copy->SetName(id);
   mState->materials.Add(id, copy);
-  mState->materialEffects[id] = effectId;
+  if (mComplete) mState->materialEffects[id] = effectId;
 
   // The effect's textures now belong to this material; one listing of them moves per material.
   const int textures = mState->textures.Find(effectId);

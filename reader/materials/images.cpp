@@ -133,7 +133,7 @@ bool KZylReaderCollada::ImportTexture(DaeElement* textureElement, KString effect
   if (!uses) uses = mState->textures.Keep(TextureUseArray());
   uses->Add(TextureUse{texture, 0, layerKind, DAE_GetProperty(textureElement, "texcoord")});
   mState->textures.Add(effectId, uses);
-  mState->effectTextures.emplace(effectId, uses);
+  if (mComplete) mState->effectTextures.emplace(effectId, uses);
   return true;
 }
 

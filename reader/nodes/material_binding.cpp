@@ -86,7 +86,7 @@ void PlaceBoundTextures(const NodeImportContext& context, const std::vector<Boun
 // slot that holds a material named by the symbol, as the slots are at that moment (a slot
 // already bound goes by its new material's name); the complete reading binds every slot the
 // symbol named before any binding (a mesh has one per primitive element that names it), so its
-// index is never updated.
+// index is never updated, and lists what it bound in `bound` to place the textures afterwards.
 bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial, const KZylNode& node, KZylMesh& mesh,
                   MaterialSlotIndex& slotIndex, std::vector<BoundMaterial>& bound) {
   KZylReaderCollada& reader = context.reader;
@@ -124,8 +124,11 @@ bool BindMaterial(const NodeImportContext& context, DaeElement* instanceMaterial
     reader.AddToMaterialSet(materials[slot]);
     KZylSurfaceMaterial* const before = materials[slot];
     materials[slot] = context.state.materials.Get(found);
-    if (!complete) slotIndex.Rebind(slot, before, materials[slot]);
-    bound.push_back({instanceMaterial, target.Mid(1), slot});
+    if (complete) {
+      bound.push_back({instanceMaterial, target.Mid(1), slot});
+    } else {
+      slotIndex.Rebind(slot, before, materials[slot]);
+    }
   }
   return true;
 }

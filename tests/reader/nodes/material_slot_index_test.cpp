@@ -56,6 +56,29 @@ TEST(MaterialSlotIndexTest, SlotsOfOneNameStayInOrder) {
   EXPECT_EQ(index.FirstSlotNamed("b"), 0);
 }
 
+// Each binding may bring a name the index has not seen: the index grows past the room it
+// started with and still answers every name, shared or not.
+TEST(MaterialSlotIndexTest, NamesBroughtByRebindingOutgrowItsFirstRoom) {
+  KZylSdkManager manager;
+  KZylMesh* mesh = zyltest::MakeLibraryMesh(manager, {"a", "a", "b"});
+  MaterialSlotIndex index(*mesh);
+  const KZylSurfaceMaterial* held = mesh->GetLayer(0)->GetMaterials()->GetDirectArray()[1];
+  for (int i = 0; i < 200; ++i) {
+    const KZylSurfaceMaterial* next = KZylSurfacePhong::Create(&manager, ("m" + std::to_string(i)).c_str());
+    index.Rebind(1, held, next);
+    held = next;
+  }
+  EXPECT_EQ(Slots(index, "a"), (std::vector<int>{0}));
+  EXPECT_EQ(Slots(index, "b"), (std::vector<int>{2}));
+  EXPECT_EQ(Slots(index, "m199"), (std::vector<int>{1}));
+  EXPECT_EQ(index.FirstSlotNamed("m100"), -1);
+  index.Rebind(2, mesh->GetLayer(0)->GetMaterials()->GetDirectArray()[2], held);
+  index.Rebind(0, mesh->GetLayer(0)->GetMaterials()->GetDirectArray()[0], held);
+  EXPECT_EQ(Slots(index, "m199"), (std::vector<int>{0, 1, 2}));
+  EXPECT_EQ(Slots(index, "a"), std::vector<int>());
+  EXPECT_EQ(index.FirstSlotNamed("b"), -1);
+}
+
 TEST(MaterialSlotIndexTest, AMeshWithoutMaterialsHasNoSlots) {
   KZylSdkManager manager;
   KZylMesh* mesh = KZylMesh::Create(&manager, "");
