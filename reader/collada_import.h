@@ -310,7 +310,7 @@ class KZylReaderCollada : public KZylReader {
   DaeElement* mVisualSceneElement = nullptr;
   std::unique_ptr<DocumentState> mState;
   KSet2<KZylSurfaceMaterial*> mMaterialSet;
-  std::unordered_map<const KZylSurfaceMaterial*, uint64_t> mMaterialSetIds;  // to spot destroyed ones
+  std::vector<uint64_t> mMaterialSetIds;  // the unique id of each, in order: to spot destroyed ones
 };
 
 }  // namespace zylsdk

@@ -140,7 +140,7 @@ void KZylReaderCollada::ResetDocumentState() {
 void KZylReaderCollada::AddToMaterialSet(KZylSurfaceMaterial* material) {
   if (!material) return;
   if (mState->materials.HasItem(material)) return;
-  if (mMaterialSet.Add(material)) mMaterialSetIds[material] = material->GetUniqueID();
+  if (mMaterialSet.Add(material)) mMaterialSetIds.push_back(material->GetUniqueID());
 }
 
 void KZylReaderCollada::DestroyUnusedPlaceholderMaterials() {
@@ -157,12 +157,15 @@ void KZylReaderCollada::DestroyUnusedPlaceholderMaterials() {
   }
   // Only the set's materials that are still alive: the application may have destroyed some,
   // and their addresses may since have been reused (their unique ids cannot).
+  std::unordered_map<const KZylSurfaceMaterial*, uint64_t> setIds;
+  for (int i = 0; i < mMaterialSet.GetCount(); ++i)
+    setIds.emplace(mMaterialSet.GetAt(i), mMaterialSetIds[static_cast<size_t>(i)]);
   std::vector<KZylObject*> unused;
   const int materialCount = mManager->GetSrcObjectCount<KZylSurfaceMaterial>();
   for (int i = 0; i < materialCount; ++i) {
     KZylSurfaceMaterial* material = mManager->GetSrcObject<KZylSurfaceMaterial>(i);
-    auto entry = mMaterialSetIds.find(material);
-    if (entry != mMaterialSetIds.end() && entry->second == material->GetUniqueID() && !used.count(material))
+    auto entry = setIds.find(material);
+    if (entry != setIds.end() && entry->second == material->GetUniqueID() && !used.count(material))
       unused.push_back(material);
   }
   mManager->DestroyObjects(unused);
