@@ -21,6 +21,12 @@ const char* DaeElement::FindAttribute(const char* name) const {
   return nullptr;
 }
 
+uint32_t DaeElement::DescendantsEnd() const {
+  for (const DaeElement* element = this; element; element = element->mParent)
+    if (element->mNextSibling) return element->mNextSibling->Order();
+  return static_cast<uint32_t>(Document().ElementCount());
+}
+
 DaeDocument::~DaeDocument() = default;
 
 DaeElementSpan DaeDocument::ElementsWithId(std::string_view id) const { return mIds.Find(id); }

@@ -16,7 +16,7 @@
 
 #include "kit/memory_advice.h"
 #include "reader/dom/id_index.h"
-#include "reader/dom/stable_blocks.h"
+#include "reader/dom/aligned_pages.h"
 #include "reader/dom/streamed_values.h"
 
 namespace zylsdk {
@@ -37,7 +37,7 @@ class DaeElement {
   // The first child is the element that follows in document order, when it is a child.
   DaeElement* FirstChild() const;
   DaeElement* NextSibling() const { return mNextSibling; }
-  const DaeDocument& Document() const { return *mDocument; }
+  const DaeDocument& Document() const;
 
   // The attributes as written, in order, followed by any default a DTD declares for them.
   const DaeAttribute* Attributes() const { return mAttributes; }
@@ -55,16 +55,17 @@ class DaeElement {
   const StreamedValues* Values() const { return mHoldsValues ? mValues : nullptr; }
 
   // Document order: an element's descendants are the elements numbered after it, up to
-  // (not including) its DescendantsEnd().
-  uint32_t Order() const { return mOrder; }
-  uint32_t DescendantsEnd() const { return mDescendantsEnd; }
+  // (not including) its DescendantsEnd(), which is known once the document is complete: the
+  // number of the next sibling of the element or of its nearest ancestor that has one.
+  uint32_t Order() const;
+  uint32_t DescendantsEnd() const;
 
  private:
   friend class DaeTreeBuilder;
 
-  // A document holds many elements: each is kept to 72 bytes.
+  // A document holds many elements: each is kept to 56 bytes. Its document and its number in
+  // document order are those of its page (see aligned_pages.h).
   const char* mName = "";
-  const DaeDocument* mDocument = nullptr;
   DaeElement* mParent = nullptr;
   DaeElement* mNextSibling = nullptr;
   const DaeAttribute* mAttributes = nullptr;
@@ -78,13 +79,11 @@ class DaeElement {
   uint32_t mPositionInParentText = 0;
   uint32_t mLine : 31;
   uint32_t mHoldsValues : 1;
-  uint32_t mOrder = 0;
-  uint32_t mDescendantsEnd = 0;
 };
 
 class DaeDocument {
  public:
-  DaeDocument() = default;
+  DaeDocument() : mElements(this) {}
   DaeDocument(const DaeDocument&) = delete;
   DaeDocument& operator=(const DaeDocument&) = delete;
   ~DaeDocument();
@@ -103,11 +102,12 @@ class DaeDocument {
 
  private:
   friend class DaeTreeBuilder;
+  friend class DaeElement;
 
   // Storage that never moves: names, attributes and texts point into it.
   char* Allocate(size_t bytes, size_t alignment);
 
-  StableBlocks<DaeElement> mElements;
+  AlignedPages<DaeElement, DaeDocument> mElements;
   std::deque<StreamedValues> mValues;
   std::vector<LargeBlock> mBlocks;
   size_t mInputBytes = 0;
@@ -119,14 +119,21 @@ class DaeDocument {
   IdIndex mIds;
 };
 
-static_assert(sizeof(void*) != 8 || sizeof(DaeElement) == 72, "an element grew");
+static_assert(sizeof(void*) != 8 || sizeof(DaeElement) == 56, "an element grew");
 
-// Asked of the next element rather than of DescendantsEnd, which is known only once the element
-// is closed: the tree's builder looks at the children of elements still open.
+inline const DaeDocument& DaeElement::Document() const {
+  return AlignedPages<DaeElement, DaeDocument>::OwnerOf(this);
+}
+
+inline uint32_t DaeElement::Order() const {
+  return static_cast<uint32_t>(AlignedPages<DaeElement, DaeDocument>::PositionOf(this));
+}
+
+// Asked of the next element rather than of DescendantsEnd, which is known only once the document
+// is complete: the tree's builder looks at the children of elements still open.
 inline DaeElement* DaeElement::FirstChild() const {
-  if (mOrder + 1 >= mDocument->ElementCount()) return nullptr;
-  DaeElement* next = mDocument->ElementAt(mOrder + 1);
-  return next->mParent == this ? next : nullptr;
+  const DaeElement* next = Document().mElements.After(this);
+  return next && next->mParent == this ? const_cast<DaeElement*>(next) : nullptr;
 }
 
 using DaeDocumentPtr = std::unique_ptr<DaeDocument>;

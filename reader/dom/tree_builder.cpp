@@ -66,10 +66,8 @@ void DaeTreeBuilder::StartElement(std::string_view name,
                                   const std::vector<std::pair<std::string_view, std::string_view>>& attributes,
                                   int line) {
   DaeElement& element = mDocument->mElements.emplace_back();
-  element.mDocument = mDocument.get();
   element.mName = Intern(name);
   element.mLine = static_cast<uint32_t>(std::max(0, line)) & 0x7fffffffu;
-  element.mOrder = static_cast<uint32_t>(mDocument->mElements.size() - 1);
   if (!attributes.empty()) {
     auto* stored = reinterpret_cast<DaeAttribute*>(
         mDocument->Allocate(attributes.size() * sizeof(DaeAttribute), alignof(DaeAttribute)));
@@ -111,7 +109,6 @@ void DaeTreeBuilder::EndElement() {
   DaeElement& element = *open.element;
   element.mText = Store(open.text);
   element.mTextLength = static_cast<uint32_t>(open.text.size());
-  element.mDescendantsEnd = static_cast<uint32_t>(mDocument->mElements.size());
   if (mList && mOpen.size() == mListDepth) {
     StreamedValues& values = mDocument->mValues.emplace_back(mList->Finish());
     // Room reserved for a count the text did not fill, or left by growth, is given back.
