@@ -119,14 +119,27 @@ void findChildrenByType(const DaeElement* element, const KString& type, KArrayTe
     if (DAE_IsElement(child, type.Buffer())) out.Add(child);
 }
 
-DaeElement* findChildById(const DaeElement* element, const KString& id) {
-  if (!element) return nullptr;
+namespace {
+
+// The first element of the id after `element` in document order, or null.
+DaeElement* FirstWithIdAfter(const DaeElement* element, const KString& id) {
   const DaeElementSpan withId = element->Document().ElementsWithId(id.Std());
-  // The first element of the id after `element` in document order; a descendant when it comes
-  // before the end of `element`'s descendants.
   auto after = std::upper_bound(withId.begin(), withId.end(), element->Order(),
                                 [](uint32_t order, const DaeElement* candidate) { return order < candidate->Order(); });
-  return (after != withId.end() && (*after)->Order() < element->DescendantsEnd()) ? *after : nullptr;
+  return after != withId.end() ? *after : nullptr;
+}
+
+}  // namespace
+
+// A descendant is an element of the id that comes before the end of `element`'s descendants.
+DaeElement* findChildById(const DaeElement* element, const KString& id) {
+  DaeElement* after = element ? FirstWithIdAfter(element, id) : nullptr;
+  return after && after->Order() < element->DescendantsEnd() ? after : nullptr;
+}
+
+DaeElement* findChildById(const DaeElement* element, uint32_t descendantsEnd, const KString& id) {
+  DaeElement* after = element ? FirstWithIdAfter(element, id) : nullptr;
+  return after && after->Order() < descendantsEnd ? after : nullptr;
 }
 
 DaeElement* getTechniqueNode(const DaeElement* element, const KString& profile) {

@@ -61,6 +61,9 @@ void findChildrenByType(const DaeElement* element, const KString& type, KArrayTe
 // The first descendant element (document order) whose "id" attribute equals `id`; null when
 // there is none. The document's index of ids answers it without a walk.
 DaeElement* findChildById(const DaeElement* element, const KString& id);
+// The same for an element whose DescendantsEnd() is `descendantsEnd`: that end is found by a
+// walk up the tree, which a caller asking many questions of one element makes once.
+DaeElement* findChildById(const DaeElement* element, uint32_t descendantsEnd, const KString& id);
 // The `technique` child whose "profile" attribute equals `profile`; null when none.
 DaeElement* getTechniqueNode(const DaeElement* element, const KString& profile);
 // The first `technique` child; null when none.

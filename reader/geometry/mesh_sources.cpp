@@ -21,7 +21,7 @@ MeshSources::Entry& MeshSources::EntryOf(const KString& attribute) {
   if (found != mEntries.end()) return found->second;
 
   Entry entry;
-  entry.element = findChildById(mMesh, attribute.Mid(1));
+  entry.element = findChildById(mMesh, mMeshEnd, attribute.Mid(1));
   return mEntries.emplace(attribute, std::move(entry)).first->second;
 }
 

@@ -18,7 +18,8 @@ namespace zylsdk {
 
 class MeshSources {
  public:
-  explicit MeshSources(const DaeElement* mesh, const SourceRules& rules = {}) : mMesh(mesh), mRules(rules) {}
+  explicit MeshSources(const DaeElement* mesh, const SourceRules& rules = {})
+      : mMesh(mesh), mMeshEnd(mesh ? mesh->DescendantsEnd() : 0), mRules(rules) {}
 
   // The element below the mesh whose id is the attribute less its first character (the "#" of
   // a local reference, dropped without being looked at); null when there is none.
@@ -61,6 +62,7 @@ class MeshSources {
   Entry& EntryOf(const KString& attribute);
 
   const DaeElement* mMesh;
+  uint32_t mMeshEnd;  // its DescendantsEnd()
   SourceRules mRules;
   std::unordered_map<KString, Entry> mEntries;
 };

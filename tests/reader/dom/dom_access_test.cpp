@@ -160,6 +160,24 @@ TEST_F(DomAccess, FindChildByIdSearchesAllDescendantsInDocumentOrder) {
   EXPECT_EQ(findChildById(nullptr, "deep"), nullptr);
 }
 
+// An element's descendants end where the next sibling of it, or of its nearest ancestor that
+// has one, begins; given that end, the search answers as without it.
+TEST_F(DomAccess, FindChildByIdWithinAGivenEndOfDescendants) {
+  DaeElement* root = Parse("<skin><a><b><c id=\"in\"/></b></a><d id=\"out\"/><e><f id=\"last\"/></e></skin>");
+  DaeElement* a = firstChildElement(root);
+  DaeElement* b = firstChildElement(a);
+  DaeElement* d = nextSiblingElement(a);
+  EXPECT_EQ(b->DescendantsEnd(), d->Order());
+  EXPECT_EQ(a->DescendantsEnd(), d->Order());
+  EXPECT_EQ(root->DescendantsEnd(), 7u);
+  EXPECT_EQ(findChildById(b, "out"), nullptr);
+  EXPECT_EQ(findChildById(b, b->DescendantsEnd(), "in"), findChildById(b, "in"));
+  EXPECT_STREQ(DAE_GetName(findChildById(b, b->DescendantsEnd(), "in")), "c");
+  EXPECT_EQ(findChildById(b, b->DescendantsEnd(), "out"), nullptr);
+  EXPECT_STREQ(DAE_GetName(findChildById(root, root->DescendantsEnd(), "last")), "f");
+  EXPECT_EQ(findChildById(nullptr, 0, "in"), nullptr);
+}
+
 TEST_F(DomAccess, FindChildByIdWithAnEmptyIdNeedsAnEmptyIdAttribute) {
   DaeElement* root = Parse("<skin><a/><b name=\"\"/><c id=\"\"/></skin>");
   EXPECT_STREQ(DAE_GetName(findChildById(root, "")), "c");
