@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -31,10 +33,18 @@ void AdviseWholeUnits(const void* data, size_t bytes, uintptr_t unit, int advice
 
 }  // namespace
 
+bool HugePagesWanted() {
+  static const bool wanted = [] {
+    const char* setting = std::getenv("ZYL_HUGE_PAGES");
+    return setting && std::strcmp(setting, "1") == 0;
+  }();
+  return wanted;
+}
+
 void AdviseHugePages(const void* data, size_t bytes) {
 #if defined(__linux__) && defined(MADV_HUGEPAGE)
   // A huge page spares 511 faults of 4 KB: one inside the range pays for the call.
-  if (data && bytes >= kHugePage) AdviseWholeUnits(data, bytes, kHugePage, MADV_HUGEPAGE);
+  if (data && bytes >= kHugePage && HugePagesWanted()) AdviseWholeUnits(data, bytes, kHugePage, MADV_HUGEPAGE);
 #else
   (void)data;
   (void)bytes;

@@ -1,10 +1,14 @@
 #pragma once
 // Large arrays and the memory behind them. Filling a new array of hundreds of megabytes costs a
-// page fault per 4 KB page and a translation miss on nearly every page it touches; backed by
-// 2 MB pages, it costs 512 times fewer faults and far fewer misses. The kit and the reader ask
-// for such pages for the arrays they fill at once (a mesh's control points, polygons and layers,
-// a document's number lists), and have the pages they are about to write mapped in one call
-// rather than faulted in one by one (about three times cheaper per page on virtual machines).
+// page fault per 4 KB page; the kit and the reader have the pages they are about to write mapped
+// in one call rather than faulted in one by one (about three times cheaper per page on virtual
+// machines). Backed by 2 MB pages, such an array would cost 512 times fewer faults, but whether
+// a huge page is cheaper than 512 small ones depends on the machine: where the system must first
+// compact its memory to find one, or where a virtual machine's host has taken freed memory back,
+// a huge page costs more (on one of our machines, a 1M-triangle mesh read in 0.33 s of processor
+// time with small pages and 0.70 s with huge ones). The kit asks for huge pages for the arrays it
+// fills at once (a mesh's control points, polygons and layers, a document's number lists) only
+// when the environment variable ZYL_HUGE_PAGES is "1".
 
 #include <algorithm>
 #include <cstddef>
@@ -13,9 +17,13 @@
 
 namespace zylsdk {
 
-// Asks the system to back the whole 2 MB pages inside [data, data + bytes) with huge pages when
-// they are first touched (Linux: transparent huge pages, which may be off, on, or on request).
-// Ranges without a whole huge page, and systems without the facility, are left as they are.
+// True when the environment variable ZYL_HUGE_PAGES is "1" (read once, at the first call).
+bool HugePagesWanted();
+
+// When huge pages are wanted, asks the system to back the whole 2 MB pages inside
+// [data, data + bytes) with them when they are first touched (Linux: transparent huge pages,
+// which may be off, on, or on request). Ranges without a whole huge page, and systems without
+// the facility, are left as they are.
 void AdviseHugePages(const void* data, size_t bytes);
 
 // Room that is filled from its start (a slab of objects, a run of a document's elements). From

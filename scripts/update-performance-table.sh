@@ -43,15 +43,20 @@ memory another process freed just before. A read started right after another pro
 memory therefore measures far less than one started on a settled machine (the 1M-triangle mesh:
 about 0.3 s against 0.6 s). The benchmark lets the machine settle for 3 s after every process that
 held memory, so that every read pays as the first one after a pause does: the same every time,
-and the most. "scene memory s" is what only writing the scene's own bytes, in huge pages, costs a
-fresh process at the rate measured (as in that table) when the run began; "scene memory / SAX"
+and the most. "scene memory s" is what only writing the scene's own bytes, in the pages the kit
+asks for (4 KB ones unless ZYL_HUGE_PAGES=1), costs a fresh process at the rate measured (as in
+that table) when the run began; "scene memory / SAX"
 compares it with the SAX limit: above 2.5, the scene's memory alone costs more than 2.5 times
 the SAX limit, before any byte of the document is read.
 
-The kit and the reader ask for huge pages for what they fill at once (arrays of 2 MB and more; the
-element tree's and the kit objects' blocks, mapped apart and aligned to 2 MB:
-`kit/memory_advice.h`); this machine's transparent huge pages are on request ("madvise"). Memory
-about to be written (an array reserved for a known count, a block filled from its start, a number
+The kit and the reader can ask for huge pages for what they fill at once (arrays of 2 MB and
+more; the element tree's and the kit objects' blocks, mapped apart and aligned to 2 MB:
+`kit/memory_advice.h`), but only when the environment variable ZYL_HUGE_PAGES is "1": as the
+last table shows, on this kind of machine a huge page of memory untouched since the machine
+settled costs more than the 512 small pages it replaces, and the 1M-triangle mesh read in
+0.33 s of processor time with small pages against 0.70 s with huge ones (medians of 4, each after
+3 s of rest); on an earlier machine of ours the huge pages were the cheaper. This machine's
+transparent huge pages are on request ("madvise"). Memory about to be written (an array reserved for a known count, a block filled from its start, a number
 list as it streams) is mapped a range at a time ahead of the writes (Linux's MADV_POPULATE_WRITE,
 from 5.14). What remains on the general heap (strings, small arrays, hash tables) is in 4 KB
 pages: asking glibc for huge pages there (`GLIBC_TUNABLES=glibc.malloc.hugetlb=1`) made no

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -49,6 +51,46 @@ TEST(LargeBlock, BlocksOfTheirOwnMappingStartOnAHugePageAndAreCounted) {
   }
   EXPECT_EQ(MappedLargeBlockBytes(), before);
 }
+
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+// Whether the mapping that holds `data` was advised for huge pages ("hg" among its VmFlags).
+bool AdvisedForHugePages(const void* data) {
+  FILE* maps = std::fopen("/proc/self/smaps", "r");
+  if (!maps) return false;
+  char line[512];
+  bool inside = false;
+  bool advised = false;
+  while (std::fgets(line, sizeof line, maps)) {
+    unsigned long start = 0, end = 0;
+    if (std::sscanf(line, "%lx-%lx ", &start, &end) == 2) {
+      inside = start <= Address(data) && Address(data) < end;
+    } else if (inside && std::strncmp(line, "VmFlags:", 8) == 0) {
+      advised = std::strstr(line, " hg") != nullptr;
+      break;
+    }
+  }
+  std::fclose(maps);
+  return advised;
+}
+
+// Huge pages are asked for only when the environment says so: the setting is read once per
+// process, so each case runs in a process of its own.
+TEST(HugePagesDeathTest, AskedForOnlyWhenTheEnvironmentSaysSo) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  for (const char* setting : {"1", "0", ""}) {
+    const bool wanted = std::strcmp(setting, "1") == 0;
+    EXPECT_EXIT(
+        {
+          setenv("ZYL_HUGE_PAGES", setting, 1);
+          LargeBlock block(2 * kHugePage);
+          if (MappedLargeBlockBytes() == 0) std::exit(2);  // plain allocations in this build
+          std::exit(HugePagesWanted() == wanted && AdvisedForHugePages(block.data()) == wanted ? 0 : 1);
+        },
+        [](int status) { return WIFEXITED(status) && (WEXITSTATUS(status) == 0 || WEXITSTATUS(status) == 2); }, "")
+        << "ZYL_HUGE_PAGES=" << setting;
+  }
+}
+#endif
 
 TEST(LargeBlock, MovesHandTheRoomOver) {
   LargeBlock first(kHugePage);
