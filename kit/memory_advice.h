@@ -28,7 +28,7 @@ void AdviseHugePages(const void* data, size_t bytes);
 
 // Room that is filled from its start (a slab of objects, a run of a document's elements). From
 // 2 MB on (Linux) it is a mapping of its own, aligned to a 2 MB page and advised as above, so
-// that all of it can be backed by huge pages; smaller blocks, other systems and builds with
+// that all of it can be backed by huge pages when they are wanted; smaller blocks, other systems and builds with
 // AddressSanitizer get plain allocations. Not zero-filled.
 class LargeBlock {
  public:

@@ -2,9 +2,10 @@
 // Where a manager's objects live. A large scene is hundreds of thousands of small objects made
 // one after the other and freed together with their manager: they are carved out of slabs that
 // grow with what the manager holds (each an eighth of the slabs before it, within bounds, so
-// that little room waits unused; the large ones backed by huge pages, see memory_advice.h), and
-// an object's room goes back to a list of its size for the next object of that size. Each
-// object is preceded by an 8-byte header that names its pool. Objects are aligned to 8 bytes.
+// that little room waits unused; the large ones can be backed by huge pages, see
+// memory_advice.h), and an object's room goes back to a list of its size for the next object of
+// that size. Each object is preceded by an 8-byte header that names its pool. Objects are
+// aligned to 8 bytes.
 //
 // Built with AddressSanitizer, every object gets an allocation of its own, so that the
 // sanitizer sees each one.
