@@ -5,7 +5,7 @@
 // machines). Backed by 2 MB pages, such an array would cost 512 times fewer faults, but whether
 // a huge page is cheaper than 512 small ones depends on the machine: where the system must first
 // compact its memory to find one, or where a virtual machine's host has taken freed memory back,
-// a huge page costs more (on one of our machines, a 1M-triangle mesh read in 0.33 s of processor
+// a huge page costs more (on one of our machines, a 1M-triangle mesh read in 0.35 s of processor
 // time with small pages and 0.70 s with huge ones). The kit asks for huge pages for the arrays it
 // fills at once (a mesh's control points, polygons and layers, a document's number lists) only
 // when the environment variable ZYL_HUGE_PAGES is "1".
@@ -28,8 +28,8 @@ void AdviseHugePages(const void* data, size_t bytes);
 
 // Room that is filled from its start (a slab of objects, a run of a document's elements). From
 // 2 MB on (Linux) it is a mapping of its own, aligned to a 2 MB page and advised as above, so
-// that all of it can be backed by huge pages when they are wanted; smaller blocks, other systems and builds with
-// AddressSanitizer get plain allocations. Not zero-filled.
+// that all of it can be backed by huge pages when they are wanted; smaller blocks, other systems
+// and builds with AddressSanitizer get plain allocations. Not zero-filled.
 class LargeBlock {
  public:
   explicit LargeBlock(size_t bytes);

@@ -54,13 +54,14 @@ more; the element tree's and the kit objects' blocks, mapped apart and aligned t
 `kit/memory_advice.h`), but only when the environment variable ZYL_HUGE_PAGES is "1": as the
 last table shows, on this kind of machine a huge page of memory untouched since the machine
 settled costs more than the 512 small pages it replaces, and the 1M-triangle mesh read in
-0.33 s of processor time with small pages against 0.70 s with huge ones (medians of 4, each after
+0.35 s of processor time with small pages against 0.70 s with huge ones (medians of 4, each after
 3 s of rest); on an earlier machine of ours the huge pages were the cheaper. This machine's
-transparent huge pages are on request ("madvise"). Memory about to be written (an array reserved for a known count, a block filled from its start, a number
-list as it streams) is mapped a range at a time ahead of the writes (Linux's MADV_POPULATE_WRITE,
-from 5.14). What remains on the general heap (strings, small arrays, hash tables) is in 4 KB
-pages: asking glibc for huge pages there (`GLIBC_TUNABLES=glibc.malloc.hugetlb=1`) made no
-difference to the reads of 16,000 materials or 100,000 nodes here.
+transparent huge pages are on request ("madvise"). Memory about to be written (an array reserved
+for a known count, a block filled from its start, a number list as it streams) is mapped a range
+at a time ahead of the writes (Linux's MADV_POPULATE_WRITE, from 5.14). What remains on the
+general heap (strings, small arrays, hash tables) is in 4 KB pages: asking glibc for huge pages
+there (`GLIBC_TUNABLES=glibc.malloc.hugetlb=1`) made no difference to the reads of 16,000
+materials or 100,000 nodes here.
 
 TEXT
   echo "Machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2 | sed 's/^ //'); $(date -u +%Y-%m-%d)."

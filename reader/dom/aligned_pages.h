@@ -3,9 +3,9 @@
 // size. Each page starts with a header (its owner, the position of its first item, how many it
 // holds), so that an item finds its owner and its own position from its address alone and need
 // not hold them. Pages come in runs that double from one page to 32 (2 MB, backed by a huge page
-// when huge pages are wanted, see memory_advice.h) and stay at that size; a run is obtained without touching it and
-// mapped a step ahead of the items appended (WriteAhead). Finding an item by position costs
-// constant time.
+// when huge pages are wanted, see memory_advice.h) and stay at that size; a run is obtained
+// without touching it and mapped a step ahead of the items appended (WriteAhead). Finding an
+// item by position costs constant time.
 
 #include <algorithm>
 #include <cstddef>
