@@ -172,6 +172,9 @@ class KZylReaderCollada : public KZylReader {
   bool ImportAnyGeometry(DaeElement* geometry);
   // The mesh element a geometry's mesh is read from; null when it has none.
   DaeElement* MeshElementOf(DaeElement* geometry);
+  // Whether the complete reading may read the mesh of `geometry` again, as the mesh of a convex
+  // hull that names it.
+  bool IsHullOfAnother(const DaeElement* geometry);
   // Texture coordinates of `vertices`, one per control point, into layer 0.
   void SetControlPointUVs(KZylGeometry& geometry, const KArrayTemplate<KZylVector2>& uvs);
   // The mesh's control points, then its polygons; both steps read the mesh's sources from one
@@ -227,6 +230,9 @@ class KZylReaderCollada : public KZylReader {
     // The document's elements by id, for the references the complete reading follows anywhere
     // in the document.
     ElementIndex elementsById;
+    // The ids that convex meshes name as the geometry they are the hull of; found by the first
+    // question about them.
+    std::optional<std::unordered_set<KString>> convexHullTargets;
     IdList<ControllerRecord> controllers;
     IdList<DaeElement> animations;
     IdList<ChannelRecord> animationTargets;

@@ -18,12 +18,19 @@ bool KZylReaderCollada::ImportLibrary(KZylScene& scene, DaeElement* library) {
   const char* member = nullptr;
   std::function<bool(DaeElement*)> import;
   bool failureEndsLibrary = true;
+  // A geometry's and a controller's number lists are read by its own import only (a geometry's
+  // also by convex meshes built on it): in a document the reader parsed, they are given back as
+  // soon as it is read, so that the lists of a whole document are never held beside the scene
+  // they became.
+  bool listsReadOnce = false;
   if (name == "library_geometries" || type == "GEOMETRY") {
     member = "geometry";
     import = [this](DaeElement* e) { return ImportGeometry(e); };
+    listsReadOnce = true;
   } else if (name == "library_controllers" || type == "CONTROLLER") {
     member = "controller";
     import = [this](DaeElement* e) { return ImportController(e); };
+    listsReadOnce = true;
   } else if (name == "library_animations" || type == "ANIMATION") {
     // Animations are read after the scene, once their target nodes exist.
     member = "animation";
@@ -74,6 +81,8 @@ bool KZylReaderCollada::ImportLibrary(KZylScene& scene, DaeElement* library) {
   for (DaeElement* child = firstChildElement(library); child; child = nextSiblingElement(child)) {
     if (!DAE_IsElement(child, member)) continue;
     mStatus = import(child);
+    if (listsReadOnce && mDocument.get() == &child->Document() && !IsHullOfAnother(child))
+      mDocument->ReleaseLists(*child);
     if (!mStatus && failureEndsLibrary) return false;
   }
   mStatus = true;

@@ -31,6 +31,19 @@ DaeDocument::~DaeDocument() = default;
 
 DaeElementSpan DaeDocument::ElementsWithId(std::string_view id) const { return mIds.Find(id); }
 
+void DaeDocument::ReleaseLists(const DaeElement& element) {
+  const uint32_t end = element.DescendantsEnd();
+  for (uint32_t order = element.Order(); order < end; ++order) {
+    const DaeElement& list = mElements[order];
+    if (!list.mHoldsValues) continue;
+    // The document owns its lists; its readers see them as const.
+    StreamedValues& values = const_cast<StreamedValues&>(*list.mValues);
+    std::vector<double>().swap(values.doubles);
+    std::vector<int>().swap(values.ints);
+    std::vector<KString>().swap(values.words);
+  }
+}
+
 char* DaeDocument::Allocate(size_t bytes, size_t alignment) {
   size_t start = (mBlockUsed + alignment - 1) / alignment * alignment;
   if (mBlocks.empty() || start + bytes > mBlockSize) {

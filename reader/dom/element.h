@@ -62,6 +62,7 @@ class DaeElement {
 
  private:
   friend class DaeTreeBuilder;
+  friend class DaeDocument;
 
   // A document holds many elements: each is kept to 56 bytes. Its document and its number in
   // document order are those of its page (see aligned_pages.h).
@@ -99,6 +100,10 @@ class DaeDocument {
   DaeElement* ElementAt(uint32_t order) const { return const_cast<DaeElement*>(&mElements[order]); }
   // The elements whose "id" attribute is `id`, in document order; empty when there is none.
   DaeElementSpan ElementsWithId(std::string_view id) const;
+
+  // Gives back the memory of the lists of `element` and of its descendants, for a part of the
+  // document that is read for good: those lists read as empty from then on.
+  void ReleaseLists(const DaeElement& element);
 
  private:
   friend class DaeTreeBuilder;

@@ -51,6 +51,21 @@ DaeElement* KZylReaderCollada::MeshElementOf(DaeElement* geometry) {
   return nullptr;
 }
 
+bool KZylReaderCollada::IsHullOfAnother(const DaeElement* geometry) {
+  if (!mComplete || !DAE_IsElement(geometry, "geometry")) return false;
+  if (!mState->convexHullTargets) {
+    // Convex meshes can stand in any geometry of the document: every element is looked at once.
+    std::unordered_set<KString>& targets = mState->convexHullTargets.emplace();
+    const DaeDocument& document = geometry->Document();
+    for (size_t order = 0; order < document.ElementCount(); ++order) {
+      const DaeElement* element = document.ElementAt(static_cast<uint32_t>(order));
+      if (DAE_IsElement(element, "convex_mesh") && DAE_HasProperty(element, "convex_hull_of"))
+        targets.insert(DAE_GetProperty(element, "convex_hull_of").Mid(1));
+    }
+  }
+  return mState->convexHullTargets->count(DAE_GetProperty(geometry, "id")) > 0;
+}
+
 bool KZylReaderCollada::ImportAnyGeometry(DaeElement* geometry) {
   const ReadingAt reading(*this, geometry);
   const KString id = DAE_GetProperty(geometry, "id");

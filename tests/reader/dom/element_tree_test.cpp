@@ -98,6 +98,33 @@ TEST(ElementTree, ListsHoldValuesConvertedWhileStreaming) {
   EXPECT_EQ(matrix.mData[0][1], 0.0);
 }
 
+TEST(ElementTree, ReleasingListsEmptiesThoseOfTheElementAndItsDescendantsOnly) {
+  DaeDocumentPtr document = ParseOrFail(
+      "<s><v>0</v><g><float_array>1 2</float_array><m><p>3 4</p><Name_array>a b</Name_array></m></g>"
+      "<p>5 6</p><h><vcount>7</vcount></h></s>");
+  DaeElement* root = document->Root();
+  DaeElement* before = firstChildElement(root);
+  DaeElement* g = nextSiblingElement(before);
+  DaeElement* after = nextSiblingElement(g);
+  DaeElement* m = findChildByType(g, "m");
+  document->ReleaseLists(*g);
+  std::vector<double> doubles;
+  std::vector<int> ints;
+  std::vector<KString> words;
+  EXPECT_TRUE(DAE_GetDoubles(findChildByType(g, "float_array"), doubles).empty());
+  EXPECT_TRUE(DAE_GetInts(findChildByType(m, "p"), ints).empty());
+  EXPECT_TRUE(DAE_GetWords(findChildByType(m, "Name_array"), words).empty());
+  // Nothing outside the element is touched, and releasing again changes nothing.
+  document->ReleaseLists(*g);
+  EXPECT_EQ(DAE_GetInts(before, ints), (std::vector<int>{0}));
+  EXPECT_EQ(DAE_GetInts(after, ints), (std::vector<int>{5, 6}));
+  EXPECT_EQ(DAE_GetInts(findChildByType(nextSiblingElement(after), "vcount"), ints), (std::vector<int>{7}));
+  // A list element alone.
+  document->ReleaseLists(*after);
+  EXPECT_TRUE(DAE_GetInts(after, ints).empty());
+  EXPECT_EQ(DAE_GetInts(findChildByType(nextSiblingElement(after), "vcount"), ints), (std::vector<int>{7}));
+}
+
 TEST(ElementTree, AListInsideAListIsReadFromItsText) {
   DaeDocumentPtr document = ParseOrFail("<p>1 <p>2 3</p> 4</p>");
   std::vector<int> outer;

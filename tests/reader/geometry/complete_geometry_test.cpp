@@ -39,6 +39,17 @@ TEST(CompleteGeometry, ConvexHullReadsTheMeshOfTheGeometryItNames) {
   EXPECT_EQ(FirstNodeAttribute(dump)["polygonCount"], 1);
 }
 
+TEST(CompleteGeometry, ConvexHullReadsTheMeshOfAGeometryReadBeforeIt) {
+  // The named geometry is read first; its mesh is read again for the hull.
+  const zyldae::Json dump = DumpText(
+      InstancedGeometryScene(Geometry("source", Mesh(SquarePositions() + PositionVertices() + kTriangle)) +
+                             "<geometry id=\"g\"><convex_mesh convex_hull_of=\"#source\"/></geometry>"),
+      false, Complete());
+  ASSERT_TRUE(dump["ok"]);
+  EXPECT_EQ(FirstNodeAttribute(dump)["controlPointCount"], 4);
+  EXPECT_EQ(FirstNodeAttribute(dump)["polygonCount"], 1);
+}
+
 TEST(CompleteGeometry, HullsNamingEachOtherEndWithoutAMesh) {
   const zyldae::ReadResult read = ReadText(
       InstancedGeometryScene("<geometry id=\"g\"><convex_mesh convex_hull_of=\"#h\"/></geometry>"
