@@ -291,6 +291,9 @@ class KZylReaderCollada : public KZylReader {
   // copy then does not sit beside the document's tree. Notifications given afterwards are
   // located where the reading was when it was freed.
   void ReleaseDocument();
+  // Gives back the number lists of `element` and its descendants once nothing will read them
+  // again; only in a document the reader parsed itself.
+  void ReleaseListsOf(const DaeElement* element);
   // True when the document has animations, which are read once the scene is complete.
   bool AnimationsToRead() const;
 

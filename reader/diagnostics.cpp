@@ -38,6 +38,10 @@ void KZylReaderCollada::ReleaseDocument() {
   mDocument.reset();
 }
 
+void KZylReaderCollada::ReleaseListsOf(const DaeElement* element) {
+  if (mDocument && element && &element->Document() == mDocument.get()) mDocument->ReleaseLists(*element);
+}
+
 void KZylReaderCollada::AddNotificationWarning(KString text) {
   if (KZylUserNotification* notification = mManager->GetUserNotification())
     notification->AddDetail(kNotificationCode, "Warning: " + text, CurrentLocation());

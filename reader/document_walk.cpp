@@ -97,9 +97,12 @@ bool KZylReaderCollada::ReadCollada(KZylScene& scene, DaeElement* root) {
     }
   }
 
-  // Animations find their targets in the finished scene, so they come last.
-  for (int i = 0; i < mState->animations.GetCount(); ++i)
+  // Animations find their targets in the finished scene, so they come last. Each reads only its
+  // own sources, whose lists are given back once it is read.
+  for (int i = 0; i < mState->animations.GetCount(); ++i) {
     if (!(mStatus = ImportAnimation(mState->animations.Get(i), scene))) return false;
+    ReleaseListsOf(mState->animations.Get(i));
+  }
   if (mComplete) BakeMatrixAnimations();
 
   if (sceneInfo) scene.SetSceneInfo(sceneInfo);

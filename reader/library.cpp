@@ -19,9 +19,8 @@ bool KZylReaderCollada::ImportLibrary(KZylScene& scene, DaeElement* library) {
   std::function<bool(DaeElement*)> import;
   bool failureEndsLibrary = true;
   // A geometry's and a controller's number lists are read by its own import only (a geometry's
-  // also by convex meshes built on it): in a document the reader parsed, they are given back as
-  // soon as it is read, so that the lists of a whole document are never held beside the scene
-  // they became.
+  // also by convex meshes built on it): they are given back as soon as it is read, so that the
+  // lists of a whole document are never held beside the scene they became.
   bool listsReadOnce = false;
   if (name == "library_geometries" || type == "GEOMETRY") {
     member = "geometry";
@@ -81,8 +80,7 @@ bool KZylReaderCollada::ImportLibrary(KZylScene& scene, DaeElement* library) {
   for (DaeElement* child = firstChildElement(library); child; child = nextSiblingElement(child)) {
     if (!DAE_IsElement(child, member)) continue;
     mStatus = import(child);
-    if (listsReadOnce && mDocument.get() == &child->Document() && !IsHullOfAnother(child))
-      mDocument->ReleaseLists(*child);
+    if (listsReadOnce && !IsHullOfAnother(child)) ReleaseListsOf(child);
     if (!mStatus && failureEndsLibrary) return false;
   }
   mStatus = true;
