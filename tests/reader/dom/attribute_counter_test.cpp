@@ -63,6 +63,20 @@ TEST(AttributeCounter, Utf16MarkupCountsAsUtf8Does) {
   EXPECT_FALSE(WithinLimit(utf16, 1, 1));
 }
 
+TEST(AttributeCounter, LongNamesValuesAndTextsAreCrossedAtEveryOffset) {
+  // Bytes that act fall at every place of a 16-byte block, and past it.
+  for (size_t shift = 0; shift < 40; ++shift) {
+    const std::string pad(shift, 'x');
+    const std::string tag = "<node" + pad + " a" + pad + "=\"" + pad + "=\" b='" + pad + "' c" + pad + "=\"1\"" + pad + ">";
+    const std::string document = "<r>" + pad + tag + pad + "= ' \"</node>" + Tag(3) + "</r>";
+    for (size_t piece : {size_t{1}, size_t{7}, size_t{16}, size_t{4096}}) {
+      EXPECT_TRUE(WithinLimit(document, 3, piece)) << shift << " " << piece;
+      EXPECT_FALSE(WithinLimit(document, 2, piece)) << shift << " " << piece;
+      EXPECT_FALSE(WithinLimit(document + Tag(4), 3, piece)) << shift << " " << piece;
+    }
+  }
+}
+
 TEST(AttributeCounter, StaysExceededOnceExceeded) {
   AttributeCounter counter(1);
   EXPECT_FALSE(counter.Scan("<a b='1' c='2'/>", 16));
