@@ -74,16 +74,7 @@ bool AttributeCounter::Scan(const char* bytes, size_t count) {
       case State::kOtherMarkup: {
         at = FindMarkupByte(at, end);
         if (at == end) return true;
-        const char c = *at++;
-        const bool inStartTag = mState == State::kStartTag;
-        if (c == '>') {
-          mState = State::kText;
-        } else if (c != '=') {
-          mState = inStartTag ? State::kQuoted : State::kOtherQuoted;
-          mQuote = c;
-        } else if (inStartTag) {
-          mExceeded = ++mAttributes > mMaxAttributes;
-        }
+        ActInsideMarkup(*at++);
         break;
       }
       default:
@@ -93,14 +84,22 @@ bool AttributeCounter::Scan(const char* bytes, size_t count) {
   return !mExceeded;
 }
 
+void AttributeCounter::ActInsideMarkup(char c) {
+  const bool inStartTag = mState == State::kStartTag;
+  if (c == '>') {
+    mState = State::kText;
+  } else if (c == '"' || c == '\'') {
+    mState = inStartTag ? State::kQuoted : State::kOtherQuoted;
+    mQuote = c;
+  } else if (c == '=' && inStartTag) {
+    mExceeded = ++mAttributes > mMaxAttributes;
+  }
+}
+
 void AttributeCounter::Step(char c) {
   // UTF-16 writes markup characters beside a zero byte; skipping zeros reads it like UTF-8.
   if (c == '\0') return;
-  const bool quote = c == '"' || c == '\'';
   switch (mState) {
-    case State::kText:
-      if (c == '<') mState = State::kOpened;
-      break;
     case State::kOpened:
       if (c == '!') {
         mState = State::kBang;
@@ -126,32 +125,8 @@ void AttributeCounter::Step(char c) {
         mPrevious = mBeforePrevious = 0;
       } else {
         mState = State::kOtherMarkup;
-        Step(c);
+        ActInsideMarkup(c);
       }
-      break;
-    case State::kStartTag:
-      if (c == '=') {
-        mExceeded = ++mAttributes > mMaxAttributes;
-      } else if (quote) {
-        mState = State::kQuoted;
-        mQuote = c;
-      } else if (c == '>') {
-        mState = State::kText;
-      }
-      break;
-    case State::kQuoted:
-      if (c == mQuote) mState = State::kStartTag;
-      break;
-    case State::kOtherMarkup:
-      if (quote) {
-        mState = State::kOtherQuoted;
-        mQuote = c;
-      } else if (c == '>') {
-        mState = State::kText;
-      }
-      break;
-    case State::kOtherQuoted:
-      if (c == mQuote) mState = State::kOtherMarkup;
       break;
     case State::kComment:
     case State::kCData: {
@@ -164,6 +139,9 @@ void AttributeCounter::Step(char c) {
     case State::kInstruction:
       if (c == '>' && mPrevious == '?') mState = State::kText;
       mPrevious = c;
+      break;
+    default:
+      // Character data, tags and quoted values are crossed by Scan.
       break;
   }
 }

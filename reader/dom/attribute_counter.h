@@ -36,6 +36,10 @@ class AttributeCounter {
     kInstruction,  // a processing instruction or the XML declaration: up to "?>"
   };
 
+  // Takes a byte that may act inside a start tag or other markup ('=', a quote, '>').
+  void ActInsideMarkup(char c);
+  // Takes one byte of the markup that Scan does not cross itself: the byte after '<', and the
+  // bytes of declarations, comments, sections and instructions.
   void Step(char c);
 
   size_t mMaxAttributes;

@@ -59,8 +59,10 @@ bool KZylReaderCollada::IsHullOfAnother(const DaeElement* geometry) {
     const DaeDocument& document = geometry->Document();
     for (size_t order = 0; order < document.ElementCount(); ++order) {
       const DaeElement* element = document.ElementAt(static_cast<uint32_t>(order));
-      if (DAE_IsElement(element, "convex_mesh") && DAE_HasProperty(element, "convex_hull_of"))
-        targets.insert(DAE_GetProperty(element, "convex_hull_of").Mid(1));
+      if (!DAE_IsElement(element, "convex_mesh")) continue;
+      // Read as MeshElementOf reads it.
+      const KString hullOf = DAE_GetProperty(element, "convex_hull_of");
+      if (!hullOf.IsEmpty()) targets.insert(hullOf.Mid(1));
     }
   }
   return mState->convexHullTargets->count(DAE_GetProperty(geometry, "id")) > 0;
