@@ -90,12 +90,55 @@ bool TooLarge(const char* first, const char* last) {
   return magnitude + exponent > 0;
 }
 
-// Parses a floating-point number at `p`, reading no further than `end` (a leading '+'
-// accepted); the end of what was read, or null when no number starts there. fast_float reads
-// what std::from_chars reads, to the same double, in fewer steps; some of its versions give an
-// out-of-range number as infinity or zero at once, others report it as std::from_chars does.
-const char* ParseDoubleBefore(const char* p, const char* end, double& value) {
-  const char* first = (*p == '+' && p + 1 < end && p[1] != '+' && p[1] != '-') ? p + 1 : p;
+// Exact powers of ten: a plain decimal has at most kPlainDigits digits after its point.
+constexpr int kPlainDigits = 15;
+constexpr double kPowersOfTen[kPlainDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+// Most numbers in documents are plain decimals: an optional '-', at most 15 digits with at most
+// one point among them, no exponent. Such a number is an integer below 2^53 divided by an exact
+// power of ten, and one division of two exact doubles rounds correctly: the double that
+// fast_float (and std::from_chars) gives, found in a few steps. The end of the number, or null
+// when the text at `p` is anything else (the general conversion then reads it). `inText(q)`
+// tells whether q is still inside the text; a NUL-terminated text stops the scan by itself.
+template <class InText>
+const char* ParsePlainDecimal(const char* p, InText inText, double& value) {
+  const char* q = p;
+  const bool negative = inText(q) && *q == '-';
+  if (negative) ++q;
+  uint64_t mantissa = 0;
+  int digits = 0;
+  int fractionDigits = 0;
+  bool point = false;
+  for (; inText(q); ++q) {
+    if (IsDigit(*q)) {
+      if (++digits > kPlainDigits) return nullptr;
+      mantissa = mantissa * 10 + static_cast<uint64_t>(*q - '0');
+      fractionDigits += point;
+    } else if (*q == '.' && !point) {
+      point = true;
+    } else {
+      break;
+    }
+  }
+  if (digits == 0 || (inText(q) && (*q == 'e' || *q == 'E'))) return nullptr;
+  value = static_cast<double>(mantissa) / kPowersOfTen[fractionDigits];
+  if (negative) value = -value;
+  return q;
+}
+
+// Where a number at `p` starts once a leading '+' is passed over ("+-1" and "++1" are not
+// numbers); `inText(q)` as for ParsePlainDecimal.
+template <class InText>
+const char* AfterPlus(const char* p, InText inText) {
+  return (*p == '+' && inText(p + 1) && p[1] != '+' && p[1] != '-') ? p + 1 : p;
+}
+
+// Converts any number at `first` (a '+' already passed over), reading no further than `end`.
+// fast_float reads what std::from_chars reads, to the same double, in fewer steps; some of its
+// versions give an out-of-range number as infinity or zero at once, others report it as
+// std::from_chars does.
+const char* ParseGeneralNumber(const char* first, const char* end, double& value) {
   const fast_float::from_chars_result result = fast_float::from_chars(first, end, value, fast_float::chars_format::general);
   if (result.ec == std::errc::invalid_argument) return nullptr;
   if (result.ec == std::errc::result_out_of_range) {
@@ -106,8 +149,22 @@ const char* ParseDoubleBefore(const char* p, const char* end, double& value) {
   return result.ptr;
 }
 
+// Parses a floating-point number at `p`, reading no further than `end` (a leading '+'
+// accepted); the end of what was read, or null when no number starts there.
+const char* ParseDoubleBefore(const char* p, const char* end, double& value) {
+  const auto inText = [end](const char* q) { return q < end; };
+  const char* first = AfterPlus(p, inText);
+  if (const char* plainEnd = ParsePlainDecimal(first, inText, value)) return plainEnd;
+  return ParseGeneralNumber(first, end, value);
+}
+
 // The same where the end of the text is not known: the number's own extent bounds the read.
-const char* ParseDouble(const char* p, double& value) { return ParseDoubleBefore(p, DoubleExtent(p), value); }
+const char* ParseDouble(const char* p, double& value) {
+  const auto inText = [](const char*) { return true; };  // the terminating NUL ends every scan
+  const char* first = AfterPlus(p, inText);
+  if (const char* plainEnd = ParsePlainDecimal(first, inText, value)) return plainEnd;
+  return ParseGeneralNumber(first, DoubleExtent(p), value);
+}
 
 // Parses an integer at `p`, saturating; null when no integer starts there.
 const char* ParseInt(const char* p, int& value) {
@@ -121,6 +178,43 @@ const char* ParseInt(const char* p, int& value) {
   if (result.ec == std::errc::result_out_of_range) wide = *first == '-' ? LLONG_MIN : LLONG_MAX;
   value = wide > INT_MAX ? INT_MAX : (wide < INT_MIN ? INT_MIN : static_cast<int>(wide));
   return result.ptr;
+}
+
+// The digits at `p` (at least one) as a magnitude that stops growing once it is past the int
+// range, so that the value saturates; the end of the digits.
+const char* ReadMagnitudeDigitByDigit(const char* p, const char* end, uint64_t& magnitude) {
+  magnitude = 0;
+  for (; p < end && IsDigit(*p); ++p)
+    if (magnitude <= kSaturated) magnitude = magnitude * 10 + static_cast<uint64_t>(*p - '0');
+  return p;
+}
+
+// The same, eight characters at a time where eight remain: index lists hold millions of short
+// integers, and a loop that stops at a length it cannot predict costs more than the digits.
+// The characters are loaded as one little-endian word; those before the first non-digit are
+// converted together (shifted to the top, so that zeros lead them) by pairing digits, then
+// pairs, then quadruples.
+const char* ReadMagnitude(const char* p, const char* end, uint64_t& magnitude) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+  if (end - p >= 8) {
+    uint64_t word;
+    std::memcpy(&word, p, sizeof word);
+    const uint64_t values = word - 0x3030303030303030u;  // '0' taken from every byte
+    // A byte's top bit is set when it is not a digit (below '0' it wrapped, above '9' adding
+    // 0x76 reaches 0x80); borrows and carries only cross into bytes after a non-digit.
+    const uint64_t nonDigits = (values | (values + 0x7676767676767676u)) & 0x8080808080808080u;
+    if (nonDigits != 0) {
+      const int digits = __builtin_ctzll(nonDigits) / 8;  // at least one: *p is a digit
+      uint64_t v = values << (8 * (8 - digits));
+      v = v * 10 + (v >> 8);
+      v = ((v & 0x000000FF000000FFu) * (100 + (1000000ull << 32)) +
+           ((v >> 16) & 0x000000FF000000FFu) * (1 + (10000ull << 32))) >> 32;
+      magnitude = static_cast<uint32_t>(v);
+      return p + digits;
+    }
+  }
+#endif
+  return ReadMagnitudeDigitByDigit(p, end, magnitude);
 }
 
 }  // namespace
@@ -179,12 +273,8 @@ void AppendInts(const char* begin, const char* end, std::vector<int>& out) {
       ++p;
       continue;
     }
-    p = first;
-    // One pass over the digits; the magnitude stops growing once it is past the int range,
-    // so that the value saturates.
     uint64_t magnitude = 0;
-    for (; p < end && IsDigit(*p); ++p)
-      if (magnitude <= kSaturated) magnitude = magnitude * 10 + static_cast<uint64_t>(*p - '0');
+    p = ReadMagnitude(first, end, magnitude);
     if (negative)
       out.push_back(magnitude >= kSaturated ? INT_MIN : -static_cast<int>(magnitude));
     else

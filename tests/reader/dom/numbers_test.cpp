@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <chrono>
 #include <climits>
@@ -144,6 +146,42 @@ TEST(Strtodouble, RoundsAsTheStandardLibraryDoes) {
   }
 }
 
+// Decimals of up to fifteen digits without exponent take a shorter road than longer ones: every
+// length around that limit, the point in every place, a sign, leading zeros and what may follow
+// the digits convert to the standard library's double and end where it ends.
+TEST(Strtodouble, ShortDecimalsConvertAsTheStandardLibraryDoesAtEveryLength) {
+  std::mt19937_64 random(11);
+  std::vector<std::string> texts = {"-0", "0.", ".5", "-.5", "007", "1.5.3", "2e", "3.e1", "9.", "-0.000"};
+  for (int digits = 1; digits <= 18; ++digits) {
+    for (int round = 0; round < 40; ++round) {
+      std::string number;
+      for (int d = 0; d < digits; ++d) number += static_cast<char>('0' + random() % 10);
+      if (round % 4 == 0) number[0] = '0';
+      const size_t point = static_cast<size_t>(random() % (digits + 2));
+      if (point <= number.size()) number.insert(point, ".");
+      if (round % 3 == 0) number.insert(0, "-");
+      static const char* const kAfter[] = {"", " 1", "x", "e5", "E-2", ".7", ",3"};
+      texts.push_back(number + kAfter[round % 7]);
+    }
+  }
+  for (const std::string& text : texts) {
+    double expected = 0.0;
+    const std::from_chars_result standard = std::from_chars(text.data(), text.data() + text.size(), expected);
+    ASSERT_EQ(standard.ec, std::errc()) << text;
+    const char* cursor = text.c_str();
+    NumberReader reader(cursor);
+    double read = -1.0;
+    ASSERT_TRUE(reader.Next(read)) << text;
+    EXPECT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << text;
+    // The streamed reading of the text cut right after the number gives the same double.
+    const size_t length = static_cast<size_t>(standard.ptr - text.data());
+    std::vector<double> streamed;
+    AppendDoubles(text.data(), text.data() + length, streamed);
+    ASSERT_FALSE(streamed.empty()) << text;
+    EXPECT_EQ(std::memcmp(&streamed[0], &expected, sizeof expected), 0) << text;
+  }
+}
+
 TEST(Strtoint, ReadsIntegersAndSkipsALeadingPoint) {
   const char* text = " 42, -7\n.4";
   const char* cursor = text;
@@ -205,6 +243,49 @@ TEST(Strtoints, TextEndingInADigitIsNotReadBeyond) {
   KArrayTemplate<int> values;
   strtoints(buffer.data(), values);
   EXPECT_EQ(values, (KArrayTemplate<int>{1, 23}));
+}
+
+// Integers as a plain reading takes them: a sign directly before the digits, saturation at the
+// int range, every other character passed over.
+std::vector<int> ReferenceInts(const std::string& text) {
+  std::vector<int> values;
+  for (size_t i = 0; i < text.size();) {
+    const bool negative = text[i] == '-';
+    const size_t first = (negative || text[i] == '+') ? i + 1 : i;
+    if (first >= text.size() || !std::isdigit(static_cast<unsigned char>(text[first]))) {
+      ++i;
+      continue;
+    }
+    long long magnitude = 0;
+    for (i = first; i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])); ++i)
+      magnitude = std::min(magnitude * 10 + (text[i] - '0'), 1LL << 40);
+    const long long value = negative ? -magnitude : magnitude;
+    values.push_back(static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX)));
+  }
+  return values;
+}
+
+// Integers of every length from 1 to 12 digits, between separators and stray characters of
+// every kind, read as the plain reading reads them; and the same text cut at every length is
+// never read past its cut (a number is whole only when the cut falls after it).
+TEST(Strtoints, EveryLengthAndNeighbourReadsAsAPlainReading) {
+  std::mt19937_64 random(5);
+  static const char* const kBetween[] = {" ", "  ", "\n", "\t", ",", "x", "-", "+", ".", "-x", "\xc3\xa9", "e"};
+  std::string text;
+  for (int i = 0; i < 3000; ++i) {
+    if (random() % 5 == 0) text += random() % 2 ? "-" : "+";
+    const int digits = 1 + static_cast<int>(random() % 12);
+    for (int d = 0; d < digits; ++d) text += static_cast<char>('0' + random() % 10);
+    text += kBetween[random() % 12];
+  }
+  std::vector<int> whole;
+  AppendInts(text.data(), text.data() + text.size(), whole);
+  EXPECT_EQ(whole, ReferenceInts(text));
+  for (size_t cut = 0; cut < 200; ++cut) {
+    std::vector<int> prefix;
+    AppendInts(text.data(), text.data() + cut, prefix);
+    EXPECT_EQ(prefix, ReferenceInts(text.substr(0, cut))) << cut;
+  }
 }
 
 TEST(Strtocolor, MissingAlphaIsOne) {
