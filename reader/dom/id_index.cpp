@@ -27,10 +27,10 @@ size_t IdIndex::SlotOf(std::string_view id, uint32_t hash) const {
   }
 }
 
-void IdIndex::Grow() {
+void IdIndex::Resize(size_t slots) {
   // Every slot of the new table is written at once (empty).
   std::vector<Slot> old;
-  ResizeToFill(old, mSlots.empty() ? kFirstSlots : 2 * mSlots.size());
+  ResizeToFill(old, slots);
   old.swap(mSlots);
   const size_t mask = mSlots.size() - 1;
   for (const Slot& slot : old) {
@@ -41,19 +41,38 @@ void IdIndex::Grow() {
   }
 }
 
-void IdIndex::Add(std::string_view id, DaeElement* element) {
-  if (2 * (mUsed + 1) > mSlots.size()) Grow();
-  const uint32_t hash = HashOf(id);
-  Slot& slot = mSlots[SlotOf(id, hash)];
+void IdIndex::Insert(const Added& added) {
+  Slot& slot = mSlots[SlotOf(std::string_view(added.id, added.idLength), added.hash)];
   if (!slot.element) {
-    slot = {element, hash, false};
+    slot = {added.element, added.hash, false};
     ++mUsed;
     return;
   }
   std::vector<DaeElement*>& all = mSeveral[slot.element];
   if (!slot.several) all.push_back(slot.element);
   slot.several = true;
-  all.push_back(element);
+  all.push_back(added.element);
+}
+
+void IdIndex::Add(std::string_view id, DaeElement* element) {
+  // An id is an attribute value, which libxml2 keeps under 1 GB even for huge documents.
+  mAdded.push_back({element, id.data(), static_cast<uint32_t>(id.size()), HashOf(id)});
+}
+
+void IdIndex::Build() {
+  if (mAdded.empty()) return;
+  size_t slots = mSlots.empty() ? kFirstSlots : mSlots.size();
+  while (slots < 2 * (mUsed + mAdded.size())) slots *= 2;
+  if (slots != mSlots.size()) Resize(slots);
+  const size_t mask = mSlots.size() - 1;
+  constexpr size_t kAhead = 8;
+  for (size_t i = 0; i < mAdded.size(); ++i) {
+#if defined(__GNUC__)
+    if (i + kAhead < mAdded.size()) __builtin_prefetch(&mSlots[mAdded[i + kAhead].hash & mask], 1);
+#endif
+    Insert(mAdded[i]);
+  }
+  std::vector<Added>().swap(mAdded);
 }
 
 DaeElementSpan IdIndex::Find(std::string_view id) const {

@@ -124,6 +124,7 @@ void DaeTreeBuilder::EndElement() {
 
 DaeDocumentPtr DaeTreeBuilder::Finish() {
   while (!mOpen.empty()) EndElement();
+  mDocument->mIds.Build();
   return std::move(mDocument);
 }
 

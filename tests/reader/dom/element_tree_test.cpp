@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "reader/dom/dom.h"
+#include "reader/dom/id_index.h"
 #include "reader/dom/list_length.h"
 #include "reader/xml_document.h"
 
@@ -162,7 +163,8 @@ TEST(ElementTree, IdsAreFoundAmongDescendantsOnly) {
 }
 
 TEST(ElementTree, ManyIdsAreEachFoundWithEveryElementThatHasThem) {
-  // Enough ids for the index to grow many times; every third id is given to a second element.
+  // Ids spread over a table far larger than its first size; every third id is given to a second
+  // element.
   std::string xml = "<r>";
   for (int i = 0; i < 5000; ++i) xml += "<n id=\"node" + std::to_string(i) + "\" line=\"" + std::to_string(i) + "\"/>";
   for (int i = 0; i < 5000; i += 3) xml += "<m id=\"node" + std::to_string(i) + "\"/>";
@@ -181,6 +183,36 @@ TEST(ElementTree, ManyIdsAreEachFoundWithEveryElementThatHasThem) {
   EXPECT_TRUE(document->ElementsWithId("node5000").empty());
   EXPECT_TRUE(document->ElementsWithId("").empty());
   EXPECT_TRUE(document->ElementsWithId("node").empty());
+}
+
+// An index finds what was added before its last build, and a later build adds to what it holds
+// (moving it to a larger table) without losing the document order of a shared id.
+TEST(ElementTree, AnIdIndexFindsWhatCameBeforeItsLastBuild) {
+  std::string xml = "<r>";
+  for (int i = 0; i < 600; ++i) xml += "<n id=\"id" + std::to_string(i % 400) + "\"/>";
+  xml += "</r>";
+  DaeDocumentPtr document = ParseOrFail(xml);
+  ASSERT_NE(document, nullptr);
+  std::vector<DaeElement*> elements;
+  for (DaeElement* n = document->Root()->FirstChild(); n; n = n->NextSibling()) elements.push_back(n);
+  ASSERT_EQ(elements.size(), 600u);
+  IdIndex index;
+  for (int i = 0; i < 50; ++i) index.Add(elements[i]->FindAttribute("id"), elements[i]);
+  EXPECT_TRUE(index.Find("id0").empty());  // not built yet
+  index.Build();
+  ASSERT_EQ(index.Find("id49").size, 1u);
+  EXPECT_EQ(index.Find("id49").data[0], elements[49]);
+  EXPECT_TRUE(index.Find("id50").empty());
+  for (int i = 50; i < 600; ++i) index.Add(elements[i]->FindAttribute("id"), elements[i]);
+  index.Build();
+  for (int i = 0; i < 400; ++i) {
+    const DaeElementSpan found = index.Find("id" + std::to_string(i));
+    ASSERT_EQ(found.size, i < 200 ? 2u : 1u) << i;
+    EXPECT_EQ(found.data[0], elements[i]);
+    if (found.size == 2) {
+      EXPECT_EQ(found.data[1], elements[i + 400]);
+    }
+  }
 }
 
 // The expectation for the first `list` element under the root's child `parent`.
