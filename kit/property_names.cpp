@@ -3,11 +3,15 @@
 namespace zylsdk {
 
 const PropertyName* PropertyNames::Intern(std::string_view name) {
+  if (const PropertyName* recent = mRecent.Find(name)) return recent;
   auto found = mNames.find(name);
-  if (found != mNames.end()) return found->second.get();
-  auto entry = std::make_unique<PropertyName>(PropertyName{KString(name.data(), name.size()), Hash(name)});
-  const PropertyName* kept = entry.get();
-  mNames.emplace(std::string_view(kept->text.Std()), std::move(entry));
+  const PropertyName* kept = found != mNames.end() ? found->second.get() : nullptr;
+  if (!kept) {
+    auto entry = std::make_unique<PropertyName>(PropertyName{KString(name.data(), name.size()), Hash(name)});
+    kept = entry.get();
+    mNames.emplace(std::string_view(kept->text.Std()), std::move(entry));
+  }
+  mRecent.Remember(std::string_view(kept->text.Std()), kept);
   return kept;
 }
 

@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 #include "kit/kstring.h"
+#include "kit/recent_names.h"
 
 namespace zylsdk {
 
@@ -28,6 +29,8 @@ class PropertyNames {
  private:
   // Keyed by a view of the entry's own text, which does not move: each entry is allocated apart.
   std::unordered_map<std::string_view, std::unique_ptr<PropertyName>> mNames;
+  // An object's properties are added under the same names in the same order as the last one's.
+  RecentNames<const PropertyName> mRecent;
 };
 
 }  // namespace zylsdk

@@ -35,22 +35,14 @@ void ShrinkToValues(std::vector<T>& values) {
 DaeTreeBuilder::DaeTreeBuilder(size_t inputSize) : mDocument(std::make_unique<DaeDocument>()), mInputSize(inputSize) {}
 
 const char* DaeTreeBuilder::Intern(std::string_view name) {
-  // A document's names are few and come again and again: the name last interned at a slot
-  // chosen by its length and end characters is compared before the table is searched.
-  RecentName* recent = nullptr;
-  if (!name.empty()) {
-    const size_t slot = (name.size() * 31 + static_cast<unsigned char>(name.front()) * 7 +
-                         static_cast<unsigned char>(name.back())) % mRecentNames.size();
-    recent = &mRecentNames[slot];
-    if (recent->name == name) return recent->stored;
-  }
+  if (const char* recent = mRecentNames.Find(name)) return recent;
   auto found = mDocument->mNames.find(name);
   const char* stored = found != mDocument->mNames.end() ? found->second : nullptr;
   if (!stored) {
     stored = Store(name);
     mDocument->mNames.emplace(std::string_view(stored, name.size()), stored);
   }
-  if (recent) *recent = {std::string_view(stored, name.size()), stored};
+  mRecentNames.Remember(std::string_view(stored, name.size()), stored);
   return stored;
 }
 

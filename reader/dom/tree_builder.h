@@ -2,11 +2,11 @@
 // Builds a DaeDocument from the events of a streaming parser: start tags with their
 // attributes, pieces of text, end tags. List elements convert their text as it arrives.
 
-#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "kit/recent_names.h"
 #include "reader/dom/element.h"
 #include "reader/dom/streamed_values.h"
 
@@ -36,11 +36,7 @@ class DaeTreeBuilder {
 
   const char* Intern(std::string_view name);
 
-  struct RecentName {
-    std::string_view name;
-    const char* stored = nullptr;
-  };
-  std::array<RecentName, 64> mRecentNames{};
+  RecentNames<const char> mRecentNames;
   const char* Store(std::string_view text);
 
   DaeDocumentPtr mDocument;

@@ -25,6 +25,24 @@ TEST(PropertyNames, OneEntryPerText) {
   EXPECT_EQ(names.Intern("")->text, KString(""));
 }
 
+// Names met one after the other, as an object's properties are, from one buffer whose text
+// changes: each is told apart from the names that share its length and end characters.
+TEST(PropertyNames, NamesAlikeAtTheirEndsAreToldApartWhateverBufferTheyComeFrom) {
+  PropertyNames names;
+  const PropertyName* a = names.Intern("ColorA1");
+  const PropertyName* b = names.Intern("ColorB1");
+  EXPECT_NE(a, b);
+  std::string buffer = "ColorA1";
+  for (int round = 0; round < 3; ++round) {
+    buffer[5] = 'A';
+    EXPECT_EQ(names.Intern(buffer), a) << round;
+    buffer[5] = 'B';
+    EXPECT_EQ(names.Intern(buffer), b) << round;
+    buffer[5] = 'C';
+    EXPECT_EQ(names.Intern(buffer)->text, KString("ColorC1")) << round;
+  }
+}
+
 TEST(PropertyNames, EntriesStayPutAndKeepTheirHash) {
   PropertyNames names;
   std::vector<const PropertyName*> entries;
