@@ -17,22 +17,27 @@ KZYL_IMPLEMENT_CLASS(KZylCameraSwitcher, KZylNodeAttribute)
 
 KZylNode* KZylNodeAttribute::GetNode(int index) const {
   if (index < 0 || index >= GetNodeCount()) return nullptr;
-  return index == 0 ? mFirstNode : mOtherNodes[static_cast<size_t>(index - 1)];
+  return index == 0 ? mFirstNode : (*mOtherNodes)[static_cast<size_t>(index - 1)];
 }
 
 void KZylNodeAttribute::AddNode(KZylNode* node) {
-  if (mFirstNode)
-    mOtherNodes.push_back(node);
-  else
+  if (!mFirstNode) {
     mFirstNode = node;
+    return;
+  }
+  if (!mOtherNodes) mOtherNodes = std::make_unique<std::vector<KZylNode*>>();
+  mOtherNodes->push_back(node);
 }
 
 template <class Gone>
 void KZylNodeAttribute::RemoveNodes(Gone&& gone) {
-  mOtherNodes.erase(std::remove_if(mOtherNodes.begin(), mOtherNodes.end(), gone), mOtherNodes.end());
+  if (mOtherNodes) mOtherNodes->erase(std::remove_if(mOtherNodes->begin(), mOtherNodes->end(), gone), mOtherNodes->end());
   if (mFirstNode && gone(mFirstNode)) {
-    mFirstNode = mOtherNodes.empty() ? nullptr : mOtherNodes.front();
-    if (mFirstNode) mOtherNodes.erase(mOtherNodes.begin());
+    mFirstNode = nullptr;
+    if (mOtherNodes && !mOtherNodes->empty()) {
+      mFirstNode = mOtherNodes->front();
+      mOtherNodes->erase(mOtherNodes->begin());
+    }
   }
 }
 

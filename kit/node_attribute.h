@@ -2,6 +2,7 @@
 // Node attributes: what a node is (a null, a marker, a skeleton joint, a mesh, a camera, a
 // light...). A node has at most one attribute; the attribute knows the nodes that hold it.
 
+#include <memory>
 #include <vector>
 
 #include "kit/object.h"
@@ -29,7 +30,7 @@ class KZylNodeAttribute : public KZylObject {
   virtual EAttributeType GetAttributeType() const { return eUnidentified; }
 
   // The nodes that hold this attribute, in the order they received it.
-  int GetNodeCount() const { return (mFirstNode ? 1 : 0) + static_cast<int>(mOtherNodes.size()); }
+  int GetNodeCount() const { return (mFirstNode ? 1 : 0) + (mOtherNodes ? static_cast<int>(mOtherNodes->size()) : 0); }
   KZylNode* GetNode(int index = 0) const;
 
  protected:
@@ -44,9 +45,10 @@ class KZylNodeAttribute : public KZylObject {
   template <class Gone>
   void RemoveNodes(Gone&& gone);
 
-  // Most attributes belong to one node: it is held without an allocation, any others follow.
+  // Most attributes belong to one node: it is held without an allocation, and the list of any
+  // others is made with the second.
   KZylNode* mFirstNode = nullptr;
-  std::vector<KZylNode*> mOtherNodes;
+  std::unique_ptr<std::vector<KZylNode*>> mOtherNodes;
 };
 
 // A node that only carries a transform.

@@ -160,29 +160,30 @@ void KZylTakeNode::ForgetObjects(const std::unordered_set<const KZylObject*>& go
 
 bool KZylTakeNodeContainer::CreateTakeNode(const KString& name) {
   if (FindTakeNode(name)) return false;
-  mTakeNodes.push_back(std::make_unique<KZylTakeNode>(name));
+  if (!mTakeNodes) mTakeNodes = std::make_unique<TakeNodes>();
+  mTakeNodes->nodes.push_back(std::make_unique<KZylTakeNode>(name));
   return true;
 }
 
 KZylTakeNode* KZylTakeNodeContainer::GetTakeNode(int index) const {
-  return (index >= 0 && index < GetTakeNodeCount()) ? mTakeNodes[static_cast<size_t>(index)].get() : nullptr;
+  return (index >= 0 && index < GetTakeNodeCount()) ? mTakeNodes->nodes[static_cast<size_t>(index)].get() : nullptr;
 }
 
 KZylTakeNode* KZylTakeNodeContainer::FindTakeNode(const KString& name) const {
-  for (const auto& takeNode : mTakeNodes)
-    if (takeNode->GetName() == name) return takeNode.get();
+  for (int i = 0; i < GetTakeNodeCount(); ++i)
+    if (GetTakeNode(i)->GetName() == name) return GetTakeNode(i);
   return nullptr;
 }
 
 bool KZylTakeNodeContainer::SetCurrentTakeNode(const KString& name) {
   KZylTakeNode* takeNode = FindTakeNode(name);
   if (!takeNode) return false;
-  mCurrent = takeNode;
+  mTakeNodes->current = takeNode;
   return true;
 }
 
 void KZylTakeNodeContainer::ForgetTakeObjects(const std::unordered_set<const KZylObject*>& gone) {
-  for (const auto& takeNode : mTakeNodes) takeNode->ForgetObjects(gone);
+  for (int i = 0; i < GetTakeNodeCount(); ++i) GetTakeNode(i)->ForgetObjects(gone);
 }
 
 }  // namespace zylsdk

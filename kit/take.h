@@ -140,20 +140,24 @@ class KZylTakeNodeContainer {
  public:
   // Adds a take node; false when one of that name exists.
   bool CreateTakeNode(const KString& name);
-  int GetTakeNodeCount() const { return static_cast<int>(mTakeNodes.size()); }
+  int GetTakeNodeCount() const { return mTakeNodes ? static_cast<int>(mTakeNodes->nodes.size()) : 0; }
   KZylTakeNode* GetTakeNode(int index) const;
   KZylTakeNode* FindTakeNode(const KString& name) const;
   // Makes the named take node current; false when there is none of that name.
   bool SetCurrentTakeNode(const KString& name);
   // The current take node; null when none was made current.
-  KZylTakeNode* GetCurrentTakeNode() const { return mCurrent; }
+  KZylTakeNode* GetCurrentTakeNode() const { return mTakeNodes ? mTakeNodes->current : nullptr; }
 
  protected:
   void ForgetTakeObjects(const std::unordered_set<const KZylObject*>& gone);
 
  private:
-  std::vector<std::unique_ptr<KZylTakeNode>> mTakeNodes;
-  KZylTakeNode* mCurrent = nullptr;
+  // Most nodes are not animated: the list is made with their first take node.
+  struct TakeNodes {
+    std::vector<std::unique_ptr<KZylTakeNode>> nodes;
+    KZylTakeNode* current = nullptr;
+  };
+  std::unique_ptr<TakeNodes> mTakeNodes;
 };
 
 }  // namespace zylsdk

@@ -165,6 +165,23 @@ TEST(KFCurve, KeyDefaults) {
   EXPECT_FALSE(curve.KeyGetBreak(0));
 }
 
+TEST(TakeNodes, ANodeWithoutTakeNodesAnswersEveryQueryEmpty) {
+  KZylSdkManager manager;
+  KZylNode* node = KZylNode::Create(&manager, "n");
+  EXPECT_EQ(node->GetTakeNodeCount(), 0);
+  EXPECT_EQ(node->GetTakeNode(0), nullptr);
+  EXPECT_EQ(node->FindTakeNode("Take 001"), nullptr);
+  EXPECT_FALSE(node->SetCurrentTakeNode("Take 001"));
+  EXPECT_EQ(node->GetCurrentTakeNode(), nullptr);
+  ASSERT_TRUE(node->CreateTakeNode("Take 001"));
+  ASSERT_TRUE(node->CreateTakeNode("Take 002"));
+  ASSERT_EQ(node->GetTakeNodeCount(), 2);
+  EXPECT_EQ(node->GetTakeNode(1)->GetName(), KString("Take 002"));
+  EXPECT_EQ(node->GetTakeNode(2), nullptr);
+  EXPECT_TRUE(node->SetCurrentTakeNode("Take 002"));
+  EXPECT_EQ(node->GetCurrentTakeNode(), node->GetTakeNode(1));
+}
+
 TEST(TakeNodes, CurvesAreMadeOnFirstRequest) {
   KZylSdkManager manager;
   KZylNode* node = KZylNode::Create(&manager, "n");
