@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <functional>
 #include <iterator>
 #include <string>
@@ -33,7 +34,8 @@ struct KZylPropertyData {
   const PropertyName* name = nullptr;  // kept once by the manager (kit/property_names.h)
   EZylType type = eZylUndefined;
   bool dynamic = false;
-  KTime time;
+  // The numbers of a numeric value but a matrix; a time value's ticks, for the time type, which
+  // has no numbers.
   std::array<double, 4> smallNumbers{};
   std::unique_ptr<Rare> rare;
 
@@ -48,6 +50,15 @@ struct KZylPropertyData {
   }
   // The numbers of the value: as many as ComponentCount(type) says.
   double* Numbers() { return type == eZylDouble44 ? Matrix().data() : smallNumbers.data(); }
+  KTime Time() const {
+    int64_t ticks;
+    std::memcpy(&ticks, smallNumbers.data(), sizeof ticks);
+    return KTime(ticks);
+  }
+  void SetTime(KTime value) {
+    const int64_t ticks = value.Get();
+    std::memcpy(smallNumbers.data(), &ticks, sizeof ticks);
+  }
   const KString& Label() const { return rare ? rare->label : NoText(); }
   const KString& Text() const { return rare ? rare->text : NoText(); }
 
@@ -212,7 +223,7 @@ bool KZylProperty::Set(const KString& value) {
 bool KZylProperty::Set(KTime value) {
   KZylPropertyData* data = Data();
   if (!data || data->type != eZylTime) return false;
-  data->time = value;
+  data->SetTime(value);
   return true;
 }
 
@@ -254,7 +265,7 @@ KString KZylProperty::GetString() const {
 
 KTime KZylProperty::GetTime() const {
   KZylPropertyData* data = Data();
-  return (data && data->type == eZylTime) ? data->time : KTime();
+  return (data && data->type == eZylTime) ? data->Time() : KTime();
 }
 
 std::vector<double> KZylProperty::GetNumbers() const {
@@ -486,7 +497,6 @@ void KZylObject::CopyFrom(const KZylObject& source) {
     if (data->type != property.type) continue;
     // Both have one type, so that a matrix's numbers are among the rare parts of both.
     data->smallNumbers = property.smallNumbers;
-    data->time = property.time;
     data->rare = property.rare ? std::make_unique<KZylPropertyData::Rare>(*property.rare) : nullptr;
   }
 }

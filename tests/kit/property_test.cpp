@@ -214,6 +214,18 @@ TEST_F(PropertyTest, CloneCopiesLabelsTextsAndMatrices) {
   EXPECT_EQ(Make("unlabelled", eZylDouble).GetLabel(), "");
 }
 
+// A time shares its room with the numbers that its type does not have: a copy keeps every tick.
+TEST_F(PropertyTest, CloneCopiesTimes) {
+  Make("time", eZylTime).Set(KTime(-987654321012345));
+  Make("numbers", eZylDouble4).Set(KZylVector4(1, 2, 3, 4));
+  auto* copy = static_cast<KZylNull*>(owner->Clone());
+  ASSERT_NE(copy, nullptr);
+  EXPECT_EQ(copy->FindProperty("time").GetTime(), KTime(-987654321012345));
+  EXPECT_EQ(copy->FindProperty("time").GetDouble(), 0.0);
+  EXPECT_EQ(copy->FindProperty("numbers").GetVector4(), KZylVector4(1, 2, 3, 4));
+  EXPECT_EQ(copy->FindProperty("numbers").GetTime(), KTime());
+}
+
 TEST_F(PropertyTest, ColladaReadOptionsHaveStartAndFrameCount) {
   KZylStreamOptionsColladaReader* options = KZylStreamOptionsColladaReader::Create(&manager, "");
   KZylProperty start = options->GetOption("START");
