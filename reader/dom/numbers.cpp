@@ -9,6 +9,10 @@
 
 #include <fast_float/fast_float.h>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace zylsdk {
 namespace {
 
@@ -180,6 +184,12 @@ const char* ParseInt(const char* p, int& value) {
   return result.ptr;
 }
 
+// The int of that magnitude and sign, or the nearest end of the int range.
+int SaturatedInt(uint64_t magnitude, bool negative) {
+  if (negative) return magnitude >= kSaturated ? INT_MIN : -static_cast<int>(magnitude);
+  return magnitude > static_cast<uint64_t>(INT_MAX) ? INT_MAX : static_cast<int>(magnitude);
+}
+
 // The digits at `p` (at least one) as a magnitude that stops growing once it is past the int
 // range, so that the value saturates; the end of the digits.
 const char* ReadMagnitudeDigitByDigit(const char* p, const char* end, uint64_t& magnitude) {
@@ -189,33 +199,111 @@ const char* ReadMagnitudeDigitByDigit(const char* p, const char* end, uint64_t& 
   return p;
 }
 
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#define ZYL_READS_DIGITS_BY_WORD 1
+
+// The digits at `p` as one little-endian word with '0' taken from every byte.
+uint64_t DigitValuesAt(const char* p) {
+  uint64_t word;
+  std::memcpy(&word, p, sizeof word);
+  return word - 0x3030303030303030u;
+}
+
+// The number written by the first `digits` (1 to 8) bytes of `values`: shifted to the top, so
+// that zeros lead them, and combined by pairs of digits, then of pairs, then of quadruples.
+uint32_t NumberOfDigits(uint64_t values, int digits) {
+  uint64_t v = values << (8 * (8 - digits));
+  v = v * 10 + (v >> 8);
+  v = ((v & 0x000000FF000000FFu) * (100 + (1000000ull << 32)) +
+       ((v >> 16) & 0x000000FF000000FFu) * (1 + (10000ull << 32))) >> 32;
+  return static_cast<uint32_t>(v);
+}
+#endif
+
 // The same, eight characters at a time where eight remain: index lists hold millions of short
 // integers, and a loop that stops at a length it cannot predict costs more than the digits.
-// The characters are loaded as one little-endian word; those before the first non-digit are
-// converted together (shifted to the top, so that zeros lead them) by pairing digits, then
-// pairs, then quadruples.
 const char* ReadMagnitude(const char* p, const char* end, uint64_t& magnitude) {
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#if defined(ZYL_READS_DIGITS_BY_WORD)
   if (end - p >= 8) {
-    uint64_t word;
-    std::memcpy(&word, p, sizeof word);
-    const uint64_t values = word - 0x3030303030303030u;  // '0' taken from every byte
+    const uint64_t values = DigitValuesAt(p);
     // A byte's top bit is set when it is not a digit (below '0' it wrapped, above '9' adding
     // 0x76 reaches 0x80); borrows and carries only cross into bytes after a non-digit.
     const uint64_t nonDigits = (values | (values + 0x7676767676767676u)) & 0x8080808080808080u;
     if (nonDigits != 0) {
       const int digits = __builtin_ctzll(nonDigits) / 8;  // at least one: *p is a digit
-      uint64_t v = values << (8 * (8 - digits));
-      v = v * 10 + (v >> 8);
-      v = ((v & 0x000000FF000000FFu) * (100 + (1000000ull << 32)) +
-           ((v >> 16) & 0x000000FF000000FFu) * (1 + (10000ull << 32))) >> 32;
-      magnitude = static_cast<uint32_t>(v);
+      magnitude = NumberOfDigits(values, digits);
       return p + digits;
     }
   }
 #endif
   return ReadMagnitudeDigitByDigit(p, end, magnitude);
 }
+
+// Appends the integer at `p` (a sign directly before digits, then the digits), or passes over
+// one character that cannot start one; where the reading goes on.
+const char* AppendIntOrPass(const char* p, const char* end, std::vector<int>& out) {
+  const bool negative = *p == '-';
+  const bool sign = negative || *p == '+';
+  const char* first = sign ? p + 1 : p;
+  if (first == end || !IsDigit(*first)) return p + 1;
+  uint64_t magnitude = 0;
+  p = ReadMagnitude(first, end, magnitude);
+  out.push_back(SaturatedInt(magnitude, negative));
+  return p;
+}
+
+#if defined(__SSE2__) && defined(ZYL_READS_DIGITS_BY_WORD)
+#define ZYL_READS_INTS_BY_WINDOW 1
+constexpr size_t kWindow = 64;
+
+// Which of the 64 bytes at `p` are digits, and which are signs, one bit per byte.
+void ClassifyWindow(const char* p, uint64_t& digits, uint64_t& signs) {
+  digits = 0;
+  signs = 0;
+  for (size_t block = 0; block < kWindow / 16; ++block) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * block));
+    const __m128i digit = _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8('0' - 1)),
+                                        _mm_cmplt_epi8(bytes, _mm_set1_epi8('9' + 1)));
+    const __m128i sign = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('-')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('+')));
+    digits |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(digit))) << (16 * block);
+    signs |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(sign))) << (16 * block);
+  }
+}
+
+// Appends the integers of the window at `p` when it holds no sign: each run of digits is one,
+// found from the window's bit masks rather than byte by byte, so that finding the next number
+// never waits for the last one. `p` starts a run or is not a digit, and 8 bytes beyond the
+// window are readable. A run that reaches the window's end is left to the next window, which
+// starts with it; null when the window holds a sign or is one run, for the reading by number.
+const char* AppendIntsOfWindow(const char* p, std::vector<int>& out) {
+  uint64_t digits, signs;
+  ClassifyWindow(p, digits, signs);
+  if (signs != 0) return nullptr;
+  uint64_t starts = digits & ~(digits << 1);
+  uint64_t ends = digits & ~(digits >> 1);
+  const char* next = p + kWindow;
+  if (digits >> 63) {
+    const int lastStart = 63 - __builtin_clzll(starts);
+    if (lastStart == 0) return nullptr;
+    starts &= ~(uint64_t{1} << lastStart);
+    ends &= ~(uint64_t{1} << 63);
+    next = p + lastStart;
+  }
+  while (starts != 0) {
+    const int start = __builtin_ctzll(starts);
+    const int length = __builtin_ctzll(ends) - start + 1;
+    starts &= starts - 1;
+    ends &= ends - 1;
+    uint64_t magnitude;
+    if (length <= 8)
+      magnitude = NumberOfDigits(DigitValuesAt(p + start), length);
+    else
+      ReadMagnitudeDigitByDigit(p + start, p + start + length, magnitude);
+    out.push_back(SaturatedInt(magnitude, false));
+  }
+  return next;
+}
+#endif
 
 }  // namespace
 
@@ -265,21 +353,18 @@ int strtoint(const char** cursor) {
 
 void AppendInts(const char* begin, const char* end, std::vector<int>& out) {
   const char* p = begin;
-  while (p < end) {
-    const bool negative = *p == '-';
-    const bool sign = negative || *p == '+';
-    const char* first = sign ? p + 1 : p;
-    if (first == end || !IsDigit(*first)) {
-      ++p;
+#if defined(ZYL_READS_INTS_BY_WINDOW)
+  // Whole windows first, while a window and a word after it remain; a window with a sign is read
+  // number by number (which ends, like a window, at the start of a run or at a non-digit).
+  while (static_cast<size_t>(end - p) >= kWindow + 8) {
+    if (const char* next = AppendIntsOfWindow(p, out)) {
+      p = next;
       continue;
     }
-    uint64_t magnitude = 0;
-    p = ReadMagnitude(first, end, magnitude);
-    if (negative)
-      out.push_back(magnitude >= kSaturated ? INT_MIN : -static_cast<int>(magnitude));
-    else
-      out.push_back(magnitude > static_cast<uint64_t>(INT_MAX) ? INT_MAX : static_cast<int>(magnitude));
+    for (const char* stop = p + kWindow; p < stop;) p = AppendIntOrPass(p, end, out);
   }
+#endif
+  while (p < end) p = AppendIntOrPass(p, end, out);
 }
 
 void strtoints(const char* text, KArrayTemplate<int>& out) {

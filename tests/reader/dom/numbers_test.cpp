@@ -288,6 +288,36 @@ TEST(Strtoints, EveryLengthAndNeighbourReadsAsAPlainReading) {
   }
 }
 
+// Lists without signs are read many characters at a time: runs of every length (beyond eight
+// digits, beyond the int range, beyond 64 characters), every separator, the text started and
+// cut at every place, all read as the plain reading reads them.
+TEST(Strtoints, UnsignedListsReadAsAPlainReadingWhereverTheyStartAndEnd) {
+  std::mt19937_64 random(17);
+  static const char* const kBetween[] = {" ", " ", " ", "\n", "  ", "x", ".", ",", "\xc3\xa9", "\t\r\n"};
+  std::string text;
+  for (int i = 0; i < 4000; ++i) {
+    const int digits = i % 97 == 5 ? 60 + static_cast<int>(random() % 80) : 1 + static_cast<int>(random() % 12);
+    for (int d = 0; d < digits; ++d) text += static_cast<char>('0' + random() % 10);
+    text += kBetween[random() % 10];
+  }
+  std::vector<int> whole;
+  AppendInts(text.data(), text.data() + text.size(), whole);
+  EXPECT_EQ(whole, ReferenceInts(text));
+  for (size_t start = 0; start < 80; ++start) {
+    for (size_t length = 60; length < 300; length += 7) {
+      std::vector<int> part;
+      AppendInts(text.data() + start, text.data() + start + length, part);
+      ASSERT_EQ(part, ReferenceInts(text.substr(start, length))) << start << " " << length;
+    }
+  }
+  // Signs among such lists: a window that holds one is read number by number.
+  std::string signed_text = text.substr(0, 5000);
+  for (size_t at = 100; at < signed_text.size(); at += 337) signed_text[at] = '-';
+  whole.clear();
+  AppendInts(signed_text.data(), signed_text.data() + signed_text.size(), whole);
+  EXPECT_EQ(whole, ReferenceInts(signed_text));
+}
+
 TEST(Strtocolor, MissingAlphaIsOne) {
   EXPECT_EQ(strtocolor("0.1 0.2 0.3"), KZylColor(0.1, 0.2, 0.3, 1.0));
   EXPECT_EQ(strtocolor("1 0.5 0.25 0.125"), KZylColor(1, 0.5, 0.25, 0.125));
