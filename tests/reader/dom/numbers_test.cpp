@@ -265,22 +265,35 @@ std::vector<int> ReferenceInts(const std::string& text) {
   return values;
 }
 
+// `count` integers of 1 to 12 digits (of 60 to 139 every `longEvery`-th one, when not 0), each
+// followed by one of `separators` and preceded by a sign one time in `signEvery` (when not 0).
+std::string RandomIntegerText(uint64_t seed, int count, const std::vector<std::string>& separators, int signEvery,
+                              int longEvery) {
+  std::mt19937_64 random(seed);
+  std::string text;
+  for (int i = 0; i < count; ++i) {
+    if (signEvery > 0 && random() % signEvery == 0) text += random() % 2 ? "-" : "+";
+    const bool longRun = longEvery > 0 && i % longEvery == 5;
+    const int digits = longRun ? 60 + static_cast<int>(random() % 80) : 1 + static_cast<int>(random() % 12);
+    for (int d = 0; d < digits; ++d) text += static_cast<char>('0' + random() % 10);
+    text += separators[random() % separators.size()];
+  }
+  return text;
+}
+
+void ExpectReadAsAPlainReading(const std::string& text) {
+  std::vector<int> values;
+  AppendInts(text.data(), text.data() + text.size(), values);
+  EXPECT_EQ(values, ReferenceInts(text));
+}
+
 // Integers of every length from 1 to 12 digits, between separators and stray characters of
 // every kind, read as the plain reading reads them; and the same text cut at every length is
 // never read past its cut (a number is whole only when the cut falls after it).
 TEST(Strtoints, EveryLengthAndNeighbourReadsAsAPlainReading) {
-  std::mt19937_64 random(5);
-  static const char* const kBetween[] = {" ", "  ", "\n", "\t", ",", "x", "-", "+", ".", "-x", "\xc3\xa9", "e"};
-  std::string text;
-  for (int i = 0; i < 3000; ++i) {
-    if (random() % 5 == 0) text += random() % 2 ? "-" : "+";
-    const int digits = 1 + static_cast<int>(random() % 12);
-    for (int d = 0; d < digits; ++d) text += static_cast<char>('0' + random() % 10);
-    text += kBetween[random() % 12];
-  }
-  std::vector<int> whole;
-  AppendInts(text.data(), text.data() + text.size(), whole);
-  EXPECT_EQ(whole, ReferenceInts(text));
+  const std::string text =
+      RandomIntegerText(5, 3000, {" ", "  ", "\n", "\t", ",", "x", "-", "+", ".", "-x", "\xc3\xa9", "e"}, 5, 0);
+  ExpectReadAsAPlainReading(text);
   for (size_t cut = 0; cut < 200; ++cut) {
     std::vector<int> prefix;
     AppendInts(text.data(), text.data() + cut, prefix);
@@ -292,17 +305,9 @@ TEST(Strtoints, EveryLengthAndNeighbourReadsAsAPlainReading) {
 // digits, beyond the int range, beyond 64 characters), every separator, the text started and
 // cut at every place, all read as the plain reading reads them.
 TEST(Strtoints, UnsignedListsReadAsAPlainReadingWhereverTheyStartAndEnd) {
-  std::mt19937_64 random(17);
-  static const char* const kBetween[] = {" ", " ", " ", "\n", "  ", "x", ".", ",", "\xc3\xa9", "\t\r\n"};
-  std::string text;
-  for (int i = 0; i < 4000; ++i) {
-    const int digits = i % 97 == 5 ? 60 + static_cast<int>(random() % 80) : 1 + static_cast<int>(random() % 12);
-    for (int d = 0; d < digits; ++d) text += static_cast<char>('0' + random() % 10);
-    text += kBetween[random() % 10];
-  }
-  std::vector<int> whole;
-  AppendInts(text.data(), text.data() + text.size(), whole);
-  EXPECT_EQ(whole, ReferenceInts(text));
+  const std::string text =
+      RandomIntegerText(17, 4000, {" ", " ", " ", "\n", "  ", "x", ".", ",", "\xc3\xa9", "\t\r\n"}, 0, 97);
+  ExpectReadAsAPlainReading(text);
   for (size_t start = 0; start < 80; ++start) {
     for (size_t length = 60; length < 300; length += 7) {
       std::vector<int> part;
@@ -311,11 +316,9 @@ TEST(Strtoints, UnsignedListsReadAsAPlainReadingWhereverTheyStartAndEnd) {
     }
   }
   // Signs among such lists: a window that holds one is read number by number.
-  std::string signed_text = text.substr(0, 5000);
-  for (size_t at = 100; at < signed_text.size(); at += 337) signed_text[at] = '-';
-  whole.clear();
-  AppendInts(signed_text.data(), signed_text.data() + signed_text.size(), whole);
-  EXPECT_EQ(whole, ReferenceInts(signed_text));
+  std::string signedText = text.substr(0, 5000);
+  for (size_t at = 100; at < signedText.size(); at += 337) signedText[at] = '-';
+  ExpectReadAsAPlainReading(signedText);
 }
 
 TEST(Strtocolor, MissingAlphaIsOne) {
