@@ -170,8 +170,9 @@ KZylTakeNode* KZylTakeNodeContainer::GetTakeNode(int index) const {
 }
 
 KZylTakeNode* KZylTakeNodeContainer::FindTakeNode(const KString& name) const {
-  for (int i = 0; i < GetTakeNodeCount(); ++i)
-    if (GetTakeNode(i)->GetName() == name) return GetTakeNode(i);
+  if (!mTakeNodes) return nullptr;
+  for (const auto& takeNode : mTakeNodes->nodes)
+    if (takeNode->GetName() == name) return takeNode.get();
   return nullptr;
 }
 
@@ -183,7 +184,8 @@ bool KZylTakeNodeContainer::SetCurrentTakeNode(const KString& name) {
 }
 
 void KZylTakeNodeContainer::ForgetTakeObjects(const std::unordered_set<const KZylObject*>& gone) {
-  for (int i = 0; i < GetTakeNodeCount(); ++i) GetTakeNode(i)->ForgetObjects(gone);
+  if (!mTakeNodes) return;
+  for (const auto& takeNode : mTakeNodes->nodes) takeNode->ForgetObjects(gone);
 }
 
 }  // namespace zylsdk
