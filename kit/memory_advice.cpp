@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
+#include <map>
 #include <new>
 #include <utility>
 
@@ -74,48 +76,142 @@ void WriteAhead::Advance(char* room, size_t written, size_t end, size_t size) {
   mReady = std::max(mReady, next);
 }
 
-LargeBlock::LargeBlock(size_t bytes) : mData(nullptr), mMapped(0) {
+// ------------------------------------------------------------------------------ PageRecycling
+
+namespace {
+
+thread_local PageRecycling* tRecycling = nullptr;
+
+size_t RoundUp(size_t bytes, size_t unit) { return (bytes + unit - 1) / unit * unit; }
+
+// Blocks from this size on get a mapping of their own where the system allows it.
 #if defined(__linux__) && !defined(ZYL_ADDRESS_SANITIZER)
-  if (bytes >= kHugePage && bytes <= SIZE_MAX - 2 * kHugePage) {
-    // Map a huge page more than asked, then give back what lies before the first aligned byte and
-    // after the block: an aligned allocation of the general heap would keep that slack.
-    const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
-    const size_t length = (bytes + page - 1) / page * page;
-    void* mapped = mmap(nullptr, length + kHugePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (mapped == MAP_FAILED) throw std::bad_alloc();
-    const uintptr_t start = reinterpret_cast<uintptr_t>(mapped);
-    const uintptr_t aligned = (start + kHugePage - 1) & ~(uintptr_t{kHugePage} - 1);
-    if (aligned > start) munmap(mapped, aligned - start);
-    const uintptr_t tail = aligned + length;
-    const uintptr_t end = start + length + kHugePage;
-    if (end > tail) munmap(reinterpret_cast<void*>(tail), end - tail);
-    mData = reinterpret_cast<char*>(aligned);
-    mMapped = length;
-    gMappedBytes += length;
-    AdviseHugePages(mData, length);
+bool OwnMapping(size_t bytes) { return bytes >= kHugePage && bytes <= SIZE_MAX - 2 * kHugePage; }
+#else
+bool OwnMapping(size_t) { return false; }
+#endif
+
+#if defined(__linux__)
+void Unmap(char* data, size_t bytes) { munmap(data, bytes); }
+#else
+void Unmap(char*, size_t) {}
+#endif
+
+}  // namespace
+
+// Runs of kept pages by length, each starting on a huge page: a block takes the smallest run that
+// holds all it wants, else the largest.
+struct PageRecycling::Kept {
+  std::multimap<size_t, char*> runs;
+  size_t bytes = 0;
+
+  void Keep(char* data, size_t length) {
+    try {
+      runs.emplace(length, data);
+      bytes += length;
+    } catch (const std::bad_alloc&) {
+      Unmap(data, length);
+    }
+  }
+};
+
+PageRecycling::PageRecycling() : mKept(std::make_unique<Kept>()), mOuter(tRecycling) { tRecycling = this; }
+
+PageRecycling::~PageRecycling() {
+  tRecycling = mOuter;
+  for (const auto& [length, data] : mKept->runs) Unmap(data, length);
+}
+
+size_t PageRecycling::KeptBytes() const { return mKept->bytes; }
+
+// --------------------------------------------------------------------------------- LargeBlock
+
+LargeBlock::LargeBlock(size_t bytes, size_t alignment) : mAlignment(std::max(alignment, alignof(std::max_align_t))) {
+  if (OwnMapping(bytes)) {
+    if (!TakeKeptPages(bytes, bytes)) Map(bytes);
     return;
   }
-#endif
-  mData = static_cast<char*>(::operator new(bytes));
+  mData = static_cast<char*>(mAlignment > __STDCPP_DEFAULT_NEW_ALIGNMENT__
+                                 ? ::operator new(bytes, std::align_val_t{mAlignment})
+                                 : ::operator new(bytes));
+  mSize = bytes;
   AdviseHugePages(mData, bytes);
+}
+
+LargeBlock LargeBlock::ForSlab(size_t least, size_t wanted) {
+  LargeBlock block;
+  if (OwnMapping(wanted) && block.TakeKeptPages(std::min(least, wanted), wanted)) return block;
+  return LargeBlock(wanted);
+}
+
+bool LargeBlock::TakeKeptPages(size_t least, size_t wanted) {
+  if (!tRecycling) return false;
+  PageRecycling::Kept& kept = *tRecycling->mKept;
+  if (kept.runs.empty()) return false;
+  auto run = kept.runs.lower_bound(wanted);
+  if (run == kept.runs.end()) run = std::prev(run);
+  if (run->first < least) return false;
+  const auto [length, data] = *run;
+  kept.runs.erase(run);
+  kept.bytes -= length;
+  // Whole huge pages, so that what is left starts on one.
+  const size_t taken = std::min(length, RoundUp(wanted, kHugePage));
+  if (length > taken) kept.Keep(data + taken, length - taken);
+  mData = data;
+  mSize = taken;
+  mMapped = true;
+  gMappedBytes += taken;
+  return true;
+}
+
+void LargeBlock::Map(size_t bytes) {
+#if defined(__linux__)
+  // Map a huge page more than asked, then give back what lies before the first aligned byte and
+  // after the block: an aligned allocation of the general heap would keep that slack.
+  const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+  const size_t length = RoundUp(bytes, page);
+  void* mapped = mmap(nullptr, length + kHugePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (mapped == MAP_FAILED) throw std::bad_alloc();
+  const uintptr_t start = reinterpret_cast<uintptr_t>(mapped);
+  const uintptr_t aligned = (start + kHugePage - 1) & ~(uintptr_t{kHugePage} - 1);
+  if (aligned > start) munmap(mapped, aligned - start);
+  const uintptr_t tail = aligned + length;
+  const uintptr_t end = start + length + kHugePage;
+  if (end > tail) munmap(reinterpret_cast<void*>(tail), end - tail);
+  mData = reinterpret_cast<char*>(aligned);
+  mSize = length;
+  mMapped = true;
+  gMappedBytes += length;
+  AdviseHugePages(mData, length);
+#else
+  (void)bytes;
+#endif
 }
 
 LargeBlock& LargeBlock::operator=(LargeBlock&& other) noexcept {
   std::swap(mData, other.mData);
+  std::swap(mSize, other.mSize);
   std::swap(mMapped, other.mMapped);
+  std::swap(mAlignment, other.mAlignment);
   return *this;
 }
 
 LargeBlock::~LargeBlock() {
   if (!mData) return;
-#if defined(__linux__)
   if (mMapped) {
-    munmap(mData, mMapped);
-    gMappedBytes -= mMapped;
+    gMappedBytes -= mSize;
+    if (tRecycling) {
+      tRecycling->mKept->Keep(mData, mSize);
+    } else {
+      Unmap(mData, mSize);
+    }
     return;
   }
-#endif
-  ::operator delete(mData);
+  if (mAlignment > __STDCPP_DEFAULT_NEW_ALIGNMENT__) {
+    ::operator delete(mData, std::align_val_t{mAlignment});
+  } else {
+    ::operator delete(mData);
+  }
 }
 
 size_t MappedLargeBlockBytes() { return gMappedBytes; }

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -29,21 +30,61 @@ void AdviseHugePages(const void* data, size_t bytes);
 // Room that is filled from its start (a slab of objects, a run of a document's elements). From
 // 2 MB on (Linux) it is a mapping of its own, aligned to a 2 MB page and advised as above, so
 // that all of it can be backed by huge pages when they are wanted; smaller blocks, other systems
-// and builds with AddressSanitizer get plain allocations. Not zero-filled.
+// and builds with AddressSanitizer get plain allocations. Not zero-filled. A block of its own
+// mapping is taken first from the pages a PageRecycling keeps on the thread.
 class LargeBlock {
  public:
-  explicit LargeBlock(size_t bytes);
-  LargeBlock(LargeBlock&& other) noexcept : mData(other.mData), mMapped(other.mMapped) { other.mData = nullptr; }
+  // At least `bytes` of room, aligned to `alignment` (a power of two, at most 2 MB).
+  explicit LargeBlock(size_t bytes, size_t alignment = alignof(std::max_align_t));
+  // Room for a slab, which may be smaller than it would like: pages a PageRecycling keeps on the
+  // thread, at least `least` bytes and about `wanted` at most, when `wanted` would be a mapping
+  // of its own; otherwise a new block of `wanted` bytes. size() tells which.
+  static LargeBlock ForSlab(size_t least, size_t wanted);
+
+  LargeBlock(LargeBlock&& other) noexcept
+      : mData(std::exchange(other.mData, nullptr)), mSize(other.mSize), mMapped(other.mMapped),
+        mAlignment(other.mAlignment) {}
   LargeBlock& operator=(LargeBlock&& other) noexcept;
   LargeBlock(const LargeBlock&) = delete;
   LargeBlock& operator=(const LargeBlock&) = delete;
   ~LargeBlock();
 
   char* data() const { return mData; }
+  // The room, in bytes: at least what was asked.
+  size_t size() const { return mSize; }
 
  private:
-  char* mData;
-  size_t mMapped;  // the bytes of its own mapping; 0 for a plain allocation
+  LargeBlock() = default;
+  // Takes kept pages of at least `least` bytes, up to `wanted` rounded up to whole huge pages.
+  bool TakeKeptPages(size_t least, size_t wanted);
+  void Map(size_t bytes);
+
+  char* mData = nullptr;
+  size_t mSize = 0;
+  bool mMapped = false;  // a mapping of its own (mSize bytes), or a plain allocation
+  size_t mAlignment = alignof(std::max_align_t);
+};
+
+// While one is alive, the blocks of their own mapping freed on its thread keep their pages,
+// written once already and still mapped, for the next large blocks made on that thread, instead
+// of giving them back to the system; whatever is left goes back when it ends. A read frees the
+// document's tree before it copies the visual scene into the scene read: the copy then fills
+// pages that cost no fault. Scopes nest; the innermost keeps the pages.
+class PageRecycling {
+ public:
+  PageRecycling();
+  ~PageRecycling();
+  PageRecycling(const PageRecycling&) = delete;
+  PageRecycling& operator=(const PageRecycling&) = delete;
+
+  // The bytes kept, waiting for a block.
+  size_t KeptBytes() const;
+
+ private:
+  friend class LargeBlock;
+  struct Kept;
+  std::unique_ptr<Kept> mKept;
+  PageRecycling* mOuter;
 };
 
 // The bytes that large blocks of their own mapping hold in this process: memory that the general

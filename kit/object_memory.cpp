@@ -49,11 +49,10 @@ void* ObjectMemory::Allocate(size_t bytes) {
 void* ObjectMemory::Carve(size_t bytes) {
   if (mLeft < bytes) {
     // What is left of the last slab is too small for this object: it stays unused.
-    const size_t size = std::clamp(mSlabBytes / 8, kFirstSlab, kLargestSlab);
-    mSlabs.emplace_back(size);
+    mSlabs.push_back(LargeBlock::ForSlab(bytes, std::clamp(mSlabBytes / 8, kFirstSlab, kLargestSlab)));
     mCursor = mSlabs.back().data();
-    mLeft = size;
-    mSlabBytes += size;
+    mLeft = mSlabs.back().size();
+    mSlabBytes += mLeft;
   }
   // An object is written as soon as it is carved.
   char* const slab = mSlabs.back().data();

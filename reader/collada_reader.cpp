@@ -1,5 +1,7 @@
 #include "reader/collada_import.h"
 
+#include "kit/memory_advice.h"
+
 #include <cstdint>
 #include <unordered_set>
 
@@ -89,6 +91,8 @@ bool KZylReaderCollada::Read(KZylScene& scene, KZylStreamOptions* options) {
   mReleasedAt.reset();
   ResetDocumentState();
   mLeftUnread.clear();
+  // The document's tree goes before the scene's copy is made, and lends it its pages.
+  const PageRecycling recycling;
   XmlParseFailure xmlFailure;
   InputLimits limits;
   limits.ratio = IntegerOption(*options, "GZIP RATIO", limits.ratio);

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <new>
 #include <type_traits>
 #include <vector>
@@ -46,7 +45,7 @@ class AlignedPages {
   T& emplace_back() {
     if (!mPage || mPage->used == kPerPage) NextPage();
     T* room = Items(mPage) + mPage->used;
-    mAhead.Before(mRuns.back().get(), 0, static_cast<size_t>(reinterpret_cast<char*>(room + 1) - mRuns.back().get()),
+    mAhead.Before(mRuns.back().data(), 0, static_cast<size_t>(reinterpret_cast<char*>(room + 1) - mRuns.back().data()),
                   mRunBytes);
     ++mPage->used;
     ++mSize;
@@ -77,10 +76,6 @@ class AlignedPages {
   }
 
  private:
-  struct Release {
-    size_t alignment;
-    void operator()(char* run) const { ::operator delete(run, std::align_val_t{alignment}); }
-  };
   static constexpr size_t kLargestRunPages = 32;
 
   static T* Items(const Header* header) {
@@ -94,19 +89,17 @@ class AlignedPages {
       mRunBytes = pages * kPageBytes;
       // A run of 2 MB is aligned to 2 MB, so that it can be one huge page.
       const size_t alignment = pages == kLargestRunPages ? mRunBytes : kPageBytes;
-      char* run = static_cast<char*>(::operator new(mRunBytes, std::align_val_t{alignment}));
-      mRuns.emplace_back(run, Release{alignment});
-      AdviseHugePages(run, mRunBytes);
+      mRuns.emplace_back(mRunBytes, alignment);
       mPagesTaken = 0;
     }
-    char* page = mRuns.back().get() + mPagesTaken++ * kPageBytes;
-    mAhead.Before(mRuns.back().get(), 0, static_cast<size_t>(page - mRuns.back().get()) + 2 * sizeof(T), mRunBytes);
+    char* page = mRuns.back().data() + mPagesTaken++ * kPageBytes;
+    mAhead.Before(mRuns.back().data(), 0, static_cast<size_t>(page - mRuns.back().data()) + 2 * sizeof(T), mRunBytes);
     mPage = new (page) Header{mOwner, static_cast<uint32_t>(mSize), 0};
     mPageItems.push_back(Items(mPage));
   }
 
   const Owner* mOwner;
-  std::vector<std::unique_ptr<char, Release>> mRuns;
+  std::vector<LargeBlock> mRuns;
   std::vector<T*> mPageItems;  // the first item of each page
   Header* mPage = nullptr;     // the last page
   size_t mRunBytes = 0;        // of the last run

@@ -56,9 +56,9 @@ char* DaeDocument::Allocate(size_t bytes, size_t alignment) {
       if (mBlocks.size() > 1) std::swap(mBlocks.back(), mBlocks[mBlocks.size() - 2]);
       return own;
     }
-    mBlocks.emplace_back(blockSize);
-    mBlockSize = blockSize;
-    mBlockBytes += blockSize;
+    mBlocks.push_back(LargeBlock::ForSlab(bytes, blockSize));
+    mBlockSize = mBlocks.back().size();
+    mBlockBytes += mBlockSize;
     start = 0;
   }
   // What is allocated here is written at once.

@@ -110,6 +110,130 @@ TEST(LargeBlock, MovesHandTheRoomOver) {
   for (int i = 0; i < 20; ++i) EXPECT_EQ(blocks[static_cast<size_t>(i)].data()[0], static_cast<char>(i));
 }
 
+TEST(LargeBlock, PlainBlocksHonourTheirAlignment) {
+  for (const size_t alignment : {size_t{64}, size_t{4096}, size_t{65536}}) {
+    LargeBlock block(3 * alignment + 1, alignment);
+    EXPECT_EQ(Address(block.data()) % alignment, 0u) << alignment;
+    EXPECT_GE(block.size(), 3 * alignment + 1);
+    block.data()[3 * alignment] = 'z';
+  }
+}
+
+#if defined(__linux__)
+// Whether the page at `data` belongs to a mapping of this process.
+bool Mapped(const void* data) {
+  unsigned char resident = 0;
+  return mincore(reinterpret_cast<void*>(Address(data) & ~uintptr_t{4095}), 1, &resident) == 0;
+}
+
+// Whether large blocks get mappings of their own in this build.
+bool BlocksHaveMappingsOfTheirOwn() {
+  const size_t before = MappedLargeBlockBytes();
+  LargeBlock probe(kHugePage);
+  return MappedLargeBlockBytes() > before;
+}
+
+TEST(PageRecycling, AFreedBlockLendsItsPagesToTheNextBlocksOfTheScope) {
+  if (!BlocksHaveMappingsOfTheirOwn()) GTEST_SKIP() << "large blocks are plain allocations in this build";
+  const size_t before = MappedLargeBlockBytes();
+  PageRecycling recycling;
+  char* pages = nullptr;
+  {
+    LargeBlock freed(3 * kHugePage);
+    pages = freed.data();
+    std::memset(pages, 7, 3 * kHugePage);
+  }
+  EXPECT_EQ(recycling.KeptBytes(), 3 * kHugePage);
+  EXPECT_EQ(MappedLargeBlockBytes(), before);  // kept pages belong to no block
+  LargeBlock first(2 * kHugePage - 100);
+  EXPECT_EQ(first.data(), pages);
+  EXPECT_EQ(first.size(), 2 * kHugePage);  // whole huge pages: what is left starts on one
+  EXPECT_EQ(recycling.KeptBytes(), kHugePage);
+  LargeBlock second(kHugePage);
+  EXPECT_EQ(second.data(), pages + 2 * kHugePage);
+  EXPECT_EQ(recycling.KeptBytes(), 0u);
+  EXPECT_EQ(MappedLargeBlockBytes() - before, 3 * kHugePage);
+  // Nothing is kept any more: the next block is a mapping of its own.
+  LargeBlock third(kHugePage);
+  EXPECT_TRUE(third.data() < pages || third.data() >= pages + 3 * kHugePage);
+}
+
+TEST(PageRecycling, ABlockTakesTheSmallestRunThatHoldsIt) {
+  if (!BlocksHaveMappingsOfTheirOwn()) GTEST_SKIP() << "large blocks are plain allocations in this build";
+  PageRecycling recycling;
+  char* large = nullptr;
+  char* small = nullptr;
+  {
+    LargeBlock first(4 * kHugePage);
+    LargeBlock second(kHugePage);
+    large = first.data();
+    small = second.data();
+  }
+  LargeBlock block(kHugePage);
+  EXPECT_EQ(block.data(), small);
+  // More than any run kept: a mapping of its own, and the runs stay.
+  LargeBlock larger(5 * kHugePage);
+  EXPECT_TRUE(larger.data() + 5 * kHugePage <= large || larger.data() >= large + 4 * kHugePage);
+  EXPECT_EQ(recycling.KeptBytes(), 4 * kHugePage);
+}
+
+TEST(PageRecycling, ASlabTakesWhatIsKeptEvenWhenItWantedMore) {
+  if (!BlocksHaveMappingsOfTheirOwn()) GTEST_SKIP() << "large blocks are plain allocations in this build";
+  PageRecycling recycling;
+  char* pages = nullptr;
+  {
+    LargeBlock freed(kHugePage);
+    pages = freed.data();
+  }
+  LargeBlock slab = LargeBlock::ForSlab(4096, 8 * kHugePage);
+  EXPECT_EQ(slab.data(), pages);
+  EXPECT_EQ(slab.size(), kHugePage);
+  // Nothing kept: the slab it wanted.
+  LargeBlock next = LargeBlock::ForSlab(4096, 3 * kHugePage);
+  EXPECT_GE(next.size(), 3 * kHugePage);
+  // A small slab never takes kept pages.
+  {
+    LargeBlock freed(kHugePage);
+  }
+  LargeBlock small = LargeBlock::ForSlab(16, 65536);
+  EXPECT_EQ(small.size(), 65536u);
+  EXPECT_EQ(recycling.KeptBytes(), kHugePage);
+}
+
+TEST(PageRecycling, PagesGoBackToTheSystemOutsideAScopeAndWhenItEnds) {
+  if (!BlocksHaveMappingsOfTheirOwn()) GTEST_SKIP() << "large blocks are plain allocations in this build";
+  char* pages = nullptr;
+  {
+    LargeBlock freed(kHugePage);
+    pages = freed.data();
+    ASSERT_TRUE(Mapped(pages));
+  }
+  EXPECT_FALSE(Mapped(pages));
+  {
+    PageRecycling recycling;
+    {
+      LargeBlock freed(kHugePage);
+      pages = freed.data();
+    }
+    EXPECT_TRUE(Mapped(pages));
+  }
+  EXPECT_FALSE(Mapped(pages));
+}
+
+TEST(PageRecycling, TheInnermostScopeKeepsThePagesUntilItEnds) {
+  if (!BlocksHaveMappingsOfTheirOwn()) GTEST_SKIP() << "large blocks are plain allocations in this build";
+  PageRecycling outer;
+  {
+    PageRecycling inner;
+    { LargeBlock freed(kHugePage); }
+    EXPECT_EQ(inner.KeptBytes(), kHugePage);
+    EXPECT_EQ(outer.KeptBytes(), 0u);
+  }
+  { LargeBlock freed(2 * kHugePage); }
+  EXPECT_EQ(outer.KeptBytes(), 2 * kHugePage);
+}
+#endif
+
 TEST(ResizeToFill, AddsCopiesOfTheValueAndKeepsOrDropsTheRest) {
   std::vector<int> items{1, 2};
   ResizeToFill(items, 5, 7);
