@@ -6,11 +6,14 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "reader/zae_input.h"
 
 namespace zylsdk {
 namespace {
+
+constexpr size_t kReadStep = 256 * 1024;
 
 constexpr unsigned char kGzipMagic[] = {0x1f, 0x8b};
 constexpr unsigned char kXzMagic[] = {0xfd, '7', 'z', 'X', 'Z', 0x00};
@@ -32,15 +35,28 @@ int64_t FileSize(FILE* file) {
 
 class PlainInput : public DocumentInput {
  public:
-  PlainInput(FILE* file, int64_t size) : DocumentInput(file), mSize(size) {}
+  PlainInput(FILE* file, int64_t size) : DocumentInput(file), mSize(size), mStep(kReadStep) {}
+  // The parser asks for a few kilobytes at a time; the file is read in larger steps, with far
+  // fewer calls to the system (a 90 MB document took 23,000 of them).
   int Read(char* buffer, int length) override {
-    const size_t read = std::fread(buffer, 1, static_cast<size_t>(length), mFile);
-    return read == 0 && std::ferror(mFile) ? -1 : static_cast<int>(read);
+    if (mAt == mEnd) {
+      const size_t read = std::fread(mStep.data(), 1, mStep.size(), mFile);
+      if (read == 0) return std::ferror(mFile) ? -1 : 0;
+      mAt = 0;
+      mEnd = read;
+    }
+    const size_t count = std::min(mEnd - mAt, static_cast<size_t>(std::max(0, length)));
+    std::memcpy(buffer, mStep.data() + mAt, count);
+    mAt += count;
+    return static_cast<int>(count);
   }
   int64_t SizeBound() const override { return mSize; }
 
  private:
   int64_t mSize;
+  std::vector<char> mStep;
+  size_t mAt = 0;
+  size_t mEnd = 0;
 };
 
 class GzipInput : public DocumentInput {
