@@ -116,23 +116,15 @@ struct KZylObject::PropertyTable {
   // Never more than half full, so that every probe ends at a free slot; empty while scanning.
   std::vector<Slot, PooledAllocator<Slot>> slots;
 
+  // The first property named `name`; -1 when there is none.
   int Find(const KString& name) const {
-    if (slots.empty()) {
-      for (size_t i = 0; i < items.size(); ++i)
-        if (items[i].name->text == name) return static_cast<int>(i);
-      return -1;
-    }
-    // Properties of one name sit in the run of taken slots that starts at their hash.
-    const uint32_t hash = PropertyNames::Hash(name.Std());
-    const size_t mask = slots.size() - 1;
-    int first = -1;
-    for (size_t at = hash & mask; slots[at].index >= 0; at = (at + 1) & mask) {
-      const Slot& slot = slots[at];
-      if (slot.hash == hash && items[static_cast<size_t>(slot.index)].name->text == name &&
-          (first < 0 || slot.index < first))
-        first = slot.index;
-    }
-    return first;
+    return FirstNamed([&name](const PropertyName* named) { return named->text == name; },
+                      [&name] { return PropertyNames::Hash(name.Std()); });
+  }
+  // The same for a name of this table's manager, which keeps each name once: its entry is
+  // compared instead of its characters.
+  int Find(const PropertyName* name) const {
+    return FirstNamed([name](const PropertyName* named) { return named == name; }, [name] { return name->hash; });
   }
 
   // Appends a property of that name and type, with its initial value.
@@ -150,6 +142,25 @@ struct KZylObject::PropertyTable {
   }
 
  private:
+  template <class IsName, class HashOfName>
+  int FirstNamed(IsName isName, HashOfName hashOfName) const {
+    if (slots.empty()) {
+      for (size_t i = 0; i < items.size(); ++i)
+        if (isName(items[i].name)) return static_cast<int>(i);
+      return -1;
+    }
+    // Properties of one name sit in the run of taken slots that starts at their hash.
+    const uint32_t hash = hashOfName();
+    const size_t mask = slots.size() - 1;
+    int first = -1;
+    for (size_t at = hash & mask; slots[at].index >= 0; at = (at + 1) & mask) {
+      const Slot& slot = slots[at];
+      if (slot.hash == hash && isName(items[static_cast<size_t>(slot.index)].name) && (first < 0 || slot.index < first))
+        first = slot.index;
+    }
+    return first;
+  }
+
   void Place(uint32_t hash, int32_t index) {
     const size_t mask = slots.size() - 1;
     size_t at = hash & mask;
@@ -487,8 +498,13 @@ KZylObject* KZylObject::CreateSameKind(KZylSdkManager&, const char*) const { ret
 
 void KZylObject::CopyFrom(const KZylObject& source) {
   if (!source.mProperties) return;
+  // Names of one manager are kept once: an object of the same manager is matched by entry.
+  const bool sameManager = source.mManager == mManager;
   for (const KZylPropertyData& property : source.mProperties->items) {
-    KZylProperty target = FindProperty(property.name->text);
+    const int index = !mProperties ? -1
+                      : sameManager ? mProperties->Find(property.name)
+                                    : mProperties->Find(property.name->text);
+    KZylProperty target = index < 0 ? KZylProperty() : KZylProperty(this, index);
     if (!target.IsValid()) {
       target = AddProperty(property.name->text.Std(), property.type);
       target.Data()->dynamic = true;
