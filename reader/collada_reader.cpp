@@ -1,9 +1,9 @@
 #include "reader/collada_import.h"
 
-#include "kit/memory_advice.h"
-
 #include <cstdint>
 #include <unordered_set>
+
+#include "kit/memory_advice.h"
 
 namespace zylsdk {
 namespace {
