@@ -36,10 +36,12 @@ class AttributeCounter {
     kInstruction,  // a processing instruction or the XML declaration: up to "?>"
   };
 
-  // Takes a byte that may act inside a start tag or other markup ('=', a quote, '>').
+  // Scans 64 bytes; true when they are character data without markup.
+  bool ScanWindow(const char* window);
+  // Takes a byte inside a start tag or other markup: a quote or '>' acts, any other does not.
   void ActInsideMarkup(char c);
-  // Takes one byte of the markup that Scan does not cross itself: the byte after '<', and the
-  // bytes of declarations, comments, sections and instructions.
+  // Takes one byte of the markup that ScanWindow does not cross itself: the byte after '<', and
+  // the bytes of declarations, comments, sections and instructions.
   void Step(char c);
 
   size_t mMaxAttributes;

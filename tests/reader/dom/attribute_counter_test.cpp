@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -74,6 +76,111 @@ TEST(AttributeCounter, LongNamesValuesAndTextsAreCrossedAtEveryOffset) {
       EXPECT_FALSE(WithinLimit(document, 2, piece)) << shift << " " << piece;
       EXPECT_FALSE(WithinLimit(document + Tag(4), 3, piece)) << shift << " " << piece;
     }
+  }
+}
+
+TEST(AttributeCounter, TextOfAnyLengthHidesNoTagAfterIt) {
+  // Long character data is crossed in one search: the tag after it is seen wherever it starts.
+  for (size_t length = 0; length < 300; ++length) {
+    const std::string document = "<r>" + std::string(length, '7') + Tag(2) + "</r>";
+    for (size_t piece : {size_t{64}, size_t{100}, size_t{4096}}) {
+      EXPECT_TRUE(WithinLimit(document, 2, piece)) << length << " " << piece;
+      EXPECT_FALSE(WithinLimit(document, 1, piece)) << length << " " << piece;
+    }
+  }
+}
+
+// The rules, a byte at a time: the most attributes any start tag of `bytes` has so far, for each
+// prefix length; what the counter must agree with however it reads.
+class PlainCount {
+ public:
+  size_t Most() const { return mMost; }
+  void Take(char c) {
+    const bool markupByte = mState == kOpened || mState == kBang || mState == kBangDash || mState == kComment ||
+                            mState == kCData || mState == kInstruction;
+    // Zero bytes (UTF-16) are passed over wherever they could matter.
+    if (markupByte && c == '\0') return;
+    switch (mState) {
+      case kText: mState = c == '<' ? kOpened : kText; break;
+      case kOpened:
+        mState = c == '!' ? kBang : c == '?' ? kInstruction : c == '/' ? kOtherMarkup : c == '>' ? kText : kStartTag;
+        mPrevious = mBeforePrevious = 0;
+        mCount = 0;
+        break;
+      case kBang:
+      case kBangDash:
+        if (c == '-') {
+          mState = mState == kBang ? kBangDash : kComment;
+        } else if (c == '[' && mState == kBang) {
+          mState = kCData;
+        } else {
+          mState = kOtherMarkup;
+          InsideMarkup(c);
+        }
+        break;
+      case kComment:
+      case kCData: {
+        const char closing = mState == kComment ? '-' : ']';
+        if (c == '>' && mPrevious == closing && mBeforePrevious == closing) mState = kText;
+        mBeforePrevious = mPrevious;
+        mPrevious = c;
+        break;
+      }
+      case kInstruction:
+        if (c == '>' && mPrevious == '?') mState = kText;
+        mPrevious = c;
+        break;
+      case kStartTag:
+        if (c == '=') mMost = std::max(mMost, ++mCount);
+        InsideMarkup(c);
+        break;
+      case kOtherMarkup: InsideMarkup(c); break;
+      case kQuoted:
+      case kOtherQuoted:
+        if (c == mQuote) mState = mState == kQuoted ? kStartTag : kOtherMarkup;
+        break;
+    }
+  }
+
+ private:
+  enum State { kText, kOpened, kBang, kBangDash, kStartTag, kQuoted, kOtherMarkup, kOtherQuoted, kComment, kCData, kInstruction };
+  void InsideMarkup(char c) {
+    if (c == '>') {
+      mState = kText;
+    } else if (c == '"' || c == '\'') {
+      mState = mState == kStartTag ? kQuoted : kOtherQuoted;
+      mQuote = c;
+    }
+  }
+  State mState = kText;
+  char mQuote = 0;
+  char mPrevious = 0;
+  char mBeforePrevious = 0;
+  size_t mCount = 0;
+  size_t mMost = 0;
+};
+
+TEST(AttributeCounter, AgreesWithTheRulesReadAByteAtATimeOnRandomMarkup) {
+  const std::vector<std::string> fragments = {
+      "<a", "<node", " b=\"x=>y\"", " c='q\"=>'", " d=1", ">", "/>", "</a>", "text=more", "=", "\"", "'", "<",
+      "<!-- e<f g=\"h\" -- -->", "<![CDATA[ <i j=\"k\"> ]] ]]>", "<?pi l=\"m\"?>", "<!DOCTYPE x [<!ATTLIST a b CDATA \"c=>\">]>",
+      std::string(1, '\0'), " ", "\n", std::string(70, 'n'), std::string(130, '5') + " ", "<!", "<!-", "<?", "-->", "]]>", "?>"};
+  std::mt19937 random(20261124);
+  for (int round = 0; round < 400; ++round) {
+    std::string document;
+    const int parts = 1 + static_cast<int>(random() % 120);
+    for (int i = 0; i < parts; ++i) document += fragments[random() % fragments.size()];
+    const size_t limit = random() % 6;
+    AttributeCounter counter(limit);
+    PlainCount plain;
+    for (size_t at = 0; at < document.size();) {
+      const size_t piece = std::min<size_t>(1 + random() % 300, document.size() - at);
+      for (size_t i = 0; i < piece; ++i) plain.Take(document[at + i]);
+      ASSERT_EQ(counter.Scan(document.data() + at, piece), plain.Most() <= limit)
+          << "round " << round << ", up to byte " << at + piece << " of:\n" << document;
+      at += piece;
+    }
+    EXPECT_EQ(counter.Exceeded(), plain.Most() > limit) << round;
   }
 }
 
