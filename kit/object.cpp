@@ -121,7 +121,7 @@ struct KZylObject::PropertyTable {
     return FirstNamed([&name](const PropertyName* named) { return named->text == name; },
                       [&name] { return PropertyNames::Hash(name.Std()); });
   }
-  // The same for a name of this table's manager, which keeps each name once: its entry is
+  // The same for a name entry of this table's manager, which keeps each name once: the entry is
   // compared instead of its characters.
   int Find(const PropertyName* name) const {
     return FirstNamed([name](const PropertyName* named) { return named == name; }, [name] { return name->hash; });
@@ -498,18 +498,17 @@ KZylObject* KZylObject::CreateSameKind(KZylSdkManager&, const char*) const { ret
 
 void KZylObject::CopyFrom(const KZylObject& source) {
   if (!source.mProperties) return;
-  // Names of one manager are kept once: an object of the same manager is matched by entry.
-  const bool sameManager = source.mManager == mManager;
   for (const KZylPropertyData& property : source.mProperties->items) {
-    const int index = !mProperties ? -1
-                      : sameManager ? mProperties->Find(property.name)
-                                    : mProperties->Find(property.name->text);
-    KZylProperty target = index < 0 ? KZylProperty() : KZylProperty(this, index);
-    if (!target.IsValid()) {
-      target = AddProperty(property.name->text.Std(), property.type);
-      target.Data()->dynamic = true;
+    // Each manager keeps a name once: properties are matched by this manager's entry for it.
+    const PropertyName* name = source.mManager == mManager ? property.name
+                                                           : mManager->mPropertyNames->Intern(property.name->text.Std());
+    int index = mProperties ? mProperties->Find(name) : -1;
+    if (index < 0) {
+      index = GetPropertyCount();
+      OwnProperties().Add(name, property.type);
+      mProperties->items.back().dynamic = true;
     }
-    KZylPropertyData* data = target.Data();
+    KZylPropertyData* data = &mProperties->items[static_cast<size_t>(index)];
     if (data->type != property.type) continue;
     // Both have one type, so that a matrix's numbers are among the rare parts of both.
     data->smallNumbers = property.smallNumbers;

@@ -179,7 +179,7 @@ void AttributeCounter::Step(char c) {
       mPrevious = c;
       break;
     default:
-      // Character data, tags and quoted values are crossed by Scan.
+      // Character data, tags and quoted values are crossed by ScanWindow.
       break;
   }
 }
