@@ -39,6 +39,20 @@ struct KZylPropertyData {
   std::array<double, 4> smallNumbers{};
   std::unique_ptr<Rare> rare;
 
+  KZylPropertyData() = default;
+  KZylPropertyData(KZylPropertyData&&) = default;
+  KZylPropertyData& operator=(KZylPropertyData&&) = default;
+  KZylPropertyData(const KZylPropertyData& other)
+      : name(other.name), type(other.type), dynamic(other.dynamic), smallNumbers(other.smallNumbers) {
+    CopyValue(other);
+  }
+  // Takes the value of a property of the same type (a matrix's numbers are among the rare parts
+  // of both).
+  void CopyValue(const KZylPropertyData& other) {
+    smallNumbers = other.smallNumbers;
+    rare = other.rare ? std::make_unique<Rare>(*other.rare) : nullptr;
+  }
+
   Rare& RareParts() {
     if (!rare) rare = std::make_unique<Rare>();
     return *rare;
@@ -48,8 +62,12 @@ struct KZylPropertyData {
     if (!parts.matrix) parts.matrix = std::make_unique<std::array<double, 16>>();
     return *parts.matrix;
   }
-  // The numbers of the value: as many as ComponentCount(type) says.
+  // The numbers of the value: as many as ComponentCount(type) says. A matrix's are made with
+  // its property.
   double* Numbers() { return type == eZylDouble44 ? Matrix().data() : smallNumbers.data(); }
+  const double* Numbers() const {
+    return type == eZylDouble44 ? rare->matrix->data() : smallNumbers.data();
+  }
   KTime Time() const {
     int64_t ticks;
     std::memcpy(&ticks, smallNumbers.data(), sizeof ticks);
@@ -100,11 +118,20 @@ void InitialNumbers(KZylPropertyData& data) {
 // them, and past that through an open-addressing table of the names' hashes (kept, like the
 // properties, in the manager's slabs: a material holds dozens of properties, and a node-based
 // table would cost an allocation each); the first property of a name is found.
+//
+// A clone holds its source's table until either of them writes a property (see
+// KZylObject::OwnProperties): a large scene's materials are each a copy of an effect that
+// nothing writes afterwards.
 struct KZylObject::PropertyTable {
   static constexpr size_t kScanned = 16;
 
   explicit PropertyTable(ObjectMemory& pool)
       : items(PooledAllocator<KZylPropertyData>(pool)), slots(PooledAllocator<Slot>(pool)) {}
+  // A copy used by one object.
+  PropertyTable(const PropertyTable& other) : items(other.items), slots(other.slots) {}
+  PropertyTable& operator=(const PropertyTable&) = delete;
+
+  int users = 1;  // the objects holding this table
 
   // In the manager's slabs: a large scene's materials hold tens of megabytes of properties.
   std::vector<KZylPropertyData, PooledAllocator<KZylPropertyData>> items;
@@ -175,9 +202,14 @@ struct KZylObject::PropertyTable {
   }
 };
 
-KZylPropertyData* KZylProperty::Data() const {
+const KZylPropertyData* KZylProperty::Data() const {
   if (!IsValid() || mIndex >= mOwner->GetPropertyCount()) return nullptr;
   return &mOwner->mProperties->items[static_cast<size_t>(mIndex)];
+}
+
+KZylPropertyData* KZylProperty::WritableData() {
+  if (!IsValid() || mIndex >= mOwner->GetPropertyCount()) return nullptr;
+  return &mOwner->OwnProperties().items[static_cast<size_t>(mIndex)];
 }
 
 KZylProperty KZylProperty::Create(KZylObject* owner, const KString& name, EZylType type, const char* label) {
@@ -185,7 +217,7 @@ KZylProperty KZylProperty::Create(KZylObject* owner, const KString& name, EZylTy
   KZylProperty existing = owner->FindProperty(name);
   if (existing.IsValid()) return existing;
   KZylProperty created = owner->AddProperty(name.Std(), type);
-  KZylPropertyData* data = created.Data();
+  KZylPropertyData* data = created.WritableData();
   if (label && *label) data->RareParts().label = label;
   data->dynamic = true;
   return created;
@@ -197,12 +229,11 @@ EZylType KZylProperty::GetPropertyDataType() const { return Data() ? Data()->typ
 bool KZylProperty::IsDynamic() const { return Data() && Data()->dynamic; }
 
 bool KZylProperty::SetNumbers(const double* values, int count, bool vectorValue) {
-  KZylPropertyData* data = Data();
-  if (!data) return false;
-  int components = ComponentCount(data->type);
-  if (components == 0) return false;
-  // A scalar fits scalar types; a vector fits vector types.
-  if ((components == 1) == vectorValue) return false;
+  const int components = ComponentCount(GetPropertyDataType());
+  // A scalar fits scalar types; a vector fits vector types. A value that does not fit is not a
+  // write: it leaves a shared table shared.
+  if (components == 0 || (components == 1) == vectorValue) return false;
+  KZylPropertyData* data = WritableData();
   double* numbers = data->Numbers();
   for (int i = 0; i < components; ++i) numbers[i] = i < count ? values[i] : 0.0;
   if (data->type == eZylInteger || data->type == eZylEnum) {
@@ -225,16 +256,14 @@ bool KZylProperty::Set(const KZylVector4& value) { return SetNumbers(value.mData
 bool KZylProperty::Set(const KZylMatrix& value) { return SetNumbers(&value.mData[0][0], 16, true); }
 
 bool KZylProperty::Set(const KString& value) {
-  KZylPropertyData* data = Data();
-  if (!data || data->type != eZylString) return false;
-  data->RareParts().text = value;
+  if (GetPropertyDataType() != eZylString) return false;
+  WritableData()->RareParts().text = value;
   return true;
 }
 
 bool KZylProperty::Set(KTime value) {
-  KZylPropertyData* data = Data();
-  if (!data || data->type != eZylTime) return false;
-  data->SetTime(value);
+  if (GetPropertyDataType() != eZylTime) return false;
+  WritableData()->SetTime(value);
   return true;
 }
 
@@ -242,19 +271,19 @@ bool KZylProperty::GetBool() const { return GetDouble() != 0.0; }
 int KZylProperty::GetInt() const { return static_cast<int>(GetDouble()); }
 
 double KZylProperty::GetDouble() const {
-  KZylPropertyData* data = Data();
+  const KZylPropertyData* data = Data();
   return (data && ComponentCount(data->type) > 0) ? data->Numbers()[0] : 0.0;
 }
 
 KZylColor KZylProperty::GetColor() const {
-  KZylPropertyData* data = Data();
+  const KZylPropertyData* data = Data();
   if (!data || (data->type != eZylDouble3 && data->type != eZylDouble4)) return KZylColor();
   const double* numbers = data->Numbers();
   return KZylColor(numbers[0], numbers[1], numbers[2], data->type == eZylDouble4 ? numbers[3] : 1.0);
 }
 
 KZylVector4 KZylProperty::GetVector4() const {
-  KZylPropertyData* data = Data();
+  const KZylPropertyData* data = Data();
   if (!data || (data->type != eZylDouble3 && data->type != eZylDouble4)) return KZylVector4();
   const double* numbers = data->Numbers();
   return KZylVector4(numbers[0], numbers[1], numbers[2], numbers[3]);
@@ -262,7 +291,7 @@ KZylVector4 KZylProperty::GetVector4() const {
 
 KZylMatrix KZylProperty::GetMatrix() const {
   KZylMatrix m;
-  KZylPropertyData* data = Data();
+  const KZylPropertyData* data = Data();
   if (!data || data->type != eZylDouble44) return m;
   const double* numbers = data->Numbers();
   for (int i = 0; i < 16; ++i) m.mData[i / 4][i % 4] = numbers[i];
@@ -270,17 +299,17 @@ KZylMatrix KZylProperty::GetMatrix() const {
 }
 
 KString KZylProperty::GetString() const {
-  KZylPropertyData* data = Data();
+  const KZylPropertyData* data = Data();
   return (data && data->type == eZylString) ? data->Text() : KString();
 }
 
 KTime KZylProperty::GetTime() const {
-  KZylPropertyData* data = Data();
+  const KZylPropertyData* data = Data();
   return (data && data->type == eZylTime) ? data->Time() : KTime();
 }
 
 std::vector<double> KZylProperty::GetNumbers() const {
-  KZylPropertyData* data = Data();
+  const KZylPropertyData* data = Data();
   if (!data) return {};
   int count = ComponentCount(data->type);
   const double* numbers = data->Numbers();
@@ -433,7 +462,12 @@ const KZylClassId KZylObject::ClassId = {"KZylObject", nullptr};
 
 KZylObject::KZylObject(KZylSdkManager& manager, const char* name) : mManager(&manager), mName(name) {}
 
-KZylObject::~KZylObject() = default;
+KZylObject::~KZylObject() { ReleaseProperties(); }
+
+void KZylObject::ReleaseProperties() {
+  if (mProperties && --mProperties->users == 0) delete mProperties;
+  mProperties = nullptr;
+}
 
 int KZylObject::GetPropertyCount() const { return mProperties ? static_cast<int>(mProperties->items.size()) : 0; }
 
@@ -471,7 +505,13 @@ KZylProperty KZylObject::AddProperty(std::string_view name, EZylType type) {
 }
 
 KZylObject::PropertyTable& KZylObject::OwnProperties() {
-  if (!mProperties) mProperties = std::make_unique<PropertyTable>(*mManager->mObjectMemory);
+  if (!mProperties) {
+    mProperties = new PropertyTable(*mManager->mObjectMemory);
+  } else if (mProperties->users > 1) {
+    PropertyTable* own = new PropertyTable(*mProperties);
+    --mProperties->users;
+    mProperties = own;
+  }
   return *mProperties;
 }
 
@@ -496,8 +536,35 @@ KZylObject* KZylObject::Clone(int) const {
 
 KZylObject* KZylObject::CreateSameKind(KZylSdkManager&, const char*) const { return nullptr; }
 
+// True when copying the properties of `source` into this object's would make a table like the
+// source's: this object's properties are the source's first ones, of the same names, types and
+// kinds (a clone's class makes the same properties), and the source's others are dynamic, as a
+// copy adds them.
+bool KZylObject::PropertiesCopyAsShared(const KZylObject& source) const {
+  if (source.mManager != mManager || !source.mProperties) return false;
+  const auto& theirs = source.mProperties->items;
+  const size_t own = mProperties ? mProperties->items.size() : 0;
+  if (own > theirs.size()) return false;
+  for (size_t i = 0; i < theirs.size(); ++i) {
+    const KZylPropertyData& their = theirs[i];
+    if (i >= own) {
+      if (!their.dynamic) return false;
+      continue;
+    }
+    const KZylPropertyData& mine = mProperties->items[i];
+    if (mine.name != their.name || mine.type != their.type || mine.dynamic != their.dynamic) return false;
+  }
+  return true;
+}
+
 void KZylObject::CopyFrom(const KZylObject& source) {
   if (!source.mProperties) return;
+  if (PropertiesCopyAsShared(source)) {
+    ReleaseProperties();
+    mProperties = source.mProperties;
+    ++mProperties->users;
+    return;
+  }
   for (const KZylPropertyData& property : source.mProperties->items) {
     // Each manager keeps a name once: properties are matched by this manager's entry for it.
     const PropertyName* name = source.mManager == mManager ? property.name
@@ -508,11 +575,8 @@ void KZylObject::CopyFrom(const KZylObject& source) {
       OwnProperties().Add(name, property.type);
       mProperties->items.back().dynamic = true;
     }
-    KZylPropertyData* data = &mProperties->items[static_cast<size_t>(index)];
-    if (data->type != property.type) continue;
-    // Both have one type, so that a matrix's numbers are among the rare parts of both.
-    data->smallNumbers = property.smallNumbers;
-    data->rare = property.rare ? std::make_unique<KZylPropertyData::Rare>(*property.rare) : nullptr;
+    KZylPropertyData& data = OwnProperties().items[static_cast<size_t>(index)];
+    if (data.type == property.type) data.CopyValue(property);
   }
 }
 

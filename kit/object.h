@@ -100,7 +100,9 @@ class KZylProperty {
  private:
   friend class KZylObject;
   KZylProperty(KZylObject* owner, int index) : mOwner(owner), mIndex(index) {}
-  struct KZylPropertyData* Data() const;
+  const struct KZylPropertyData* Data() const;
+  // The property's data for a write: its object's own copy, when it shared its table.
+  KZylPropertyData* WritableData();
   bool SetNumbers(const double* values, int count, bool vectorValue);
 
   KZylObject* mOwner = nullptr;
@@ -217,14 +219,18 @@ class KZylObject : public KZylPlug {
   friend class KZylProperty;
 
   struct PropertyTable;
-  PropertyTable& OwnProperties();  // made with the first property
+  // The table for a write: made with the first property, copied first when shared.
+  PropertyTable& OwnProperties();
+  void ReleaseProperties();
+  bool PropertiesCopyAsShared(const KZylObject& source) const;
 
   KZylSdkManager* mManager;
   uint64_t mUniqueID = 0;
   KString mName;
   // Made with the first property or the first error: most objects of a large scene (nodes,
-  // their attributes) have neither, and a scene holds hundreds of thousands of them.
-  std::unique_ptr<PropertyTable> mProperties;
+  // their attributes) have neither, and a scene holds hundreds of thousands of them. A clone
+  // shares its source's properties until either writes one.
+  PropertyTable* mProperties = nullptr;
   std::unique_ptr<KError> mError;
 };
 

@@ -156,6 +156,62 @@ TEST_F(PropertyTest, CloneCopiesPropertyValues) {
   EXPECT_EQ(copy->GetShadingModel().GetString(), "phong");
 }
 
+// A copy holds its original's properties until one of them writes: whichever writes, whatever
+// it writes, the other does not see it, and each outlives the other.
+TEST_F(PropertyTest, CopiesAndOriginalsNeverSeeEachOthersWrites) {
+  KZylSurfacePhong* original = KZylSurfacePhong::Create(&manager, "original");
+  original->GetShininess().Set(7.0);
+  auto* copy = static_cast<KZylSurfacePhong*>(original->Clone());
+  auto* second = static_cast<KZylSurfacePhong*>(copy->Clone());
+  ASSERT_NE(copy, nullptr);
+  ASSERT_NE(second, nullptr);
+
+  original->GetShininess().Set(8.0);
+  original->GetShadingModel().Set("changed");
+  original->GetAmbientColor().Set(KZylColor(1, 2, 3));
+  EXPECT_EQ(copy->GetShininess().GetDouble(), 7.0);
+  EXPECT_EQ(copy->GetShadingModel().GetString(), "phong");
+  EXPECT_EQ(copy->GetAmbientColor().GetColor(), KZylColor(0.2, 0.2, 0.2));
+
+  // A property added to one copy is that copy's alone.
+  KZylProperty::Create(copy, "extra", eZylDouble44, "Extra").Set(KZylMatrix());
+  EXPECT_FALSE(second->FindProperty("extra").IsValid());
+  EXPECT_FALSE(original->FindProperty("extra").IsValid());
+  EXPECT_EQ(second->GetPropertyCount(), 14);
+
+  // A write that does not fit changes nothing anywhere.
+  EXPECT_FALSE(second->GetShininess().Set("text"));
+  EXPECT_FALSE(second->GetShadingModel().Set(1.0));
+  EXPECT_EQ(second->GetShininess().GetDouble(), 7.0);
+  EXPECT_EQ(copy->GetShininess().GetDouble(), 7.0);
+
+  // A time and a text written into the last copy stay there.
+  KZylProperty::Create(second, "when", eZylTime).Set(KTime(42));
+  second->GetShadingModel().Set("second");
+  EXPECT_EQ(copy->GetShadingModel().GetString(), "phong");
+  EXPECT_FALSE(copy->FindProperty("when").IsValid());
+
+  // Each outlives the others.
+  original->Destroy();
+  copy->Destroy();
+  EXPECT_EQ(second->GetShininess().GetDouble(), 7.0);
+  EXPECT_EQ(second->GetShadingModel().GetString(), "second");
+  EXPECT_EQ(second->FindProperty("when").GetTime(), KTime(42));
+}
+
+// A copy of a copy that wrote keeps what was written before the copy was made.
+TEST_F(PropertyTest, ACopyOfAWrittenCopyKeepsItsValues) {
+  KZylSurfaceLambert* original = KZylSurfaceLambert::Create(&manager, "original");
+  auto* copy = static_cast<KZylSurfaceLambert*>(original->Clone());
+  copy->GetDiffuseFactor().Set(0.5);
+  auto* again = static_cast<KZylSurfaceLambert*>(copy->Clone());
+  copy->Destroy();
+  EXPECT_EQ(again->GetDiffuseFactor().GetDouble(), 0.5);
+  EXPECT_EQ(original->GetDiffuseFactor().GetDouble(), 1.0);
+  again->GetDiffuseFactor().Set(0.25);
+  EXPECT_EQ(original->GetDiffuseFactor().GetDouble(), 1.0);
+}
+
 TEST_F(PropertyTest, MaterialsListTheirStaticPropertiesInOrder) {
   const std::vector<std::string> lambert = {"ShadingModel",  "EmissiveColor", "EmissiveFactor",
                                             "AmbientColor",  "AmbientFactor", "DiffuseColor",
