@@ -1,6 +1,7 @@
 #include "kit/geometry.h"
 
 #include <algorithm>
+#include <array>
 #include <climits>
 
 #include "kit/deformer.h"
@@ -242,7 +243,9 @@ int KZylMesh::GetPolygonGroup(int polygon) const {
 bool KZylMesh::ComputeVertexNormals(bool) {
   const int pointCount = GetControlPointsCount();
   const KArrayTemplate<KZylVector4>& points = GetControlPoints();
-  std::vector<KZylVector4> sums;
+  // Each point's sum of the normals of its polygons: x, y and z, since a normal's w is 0 (a
+  // quarter less memory while the mesh's own normals are made from them).
+  std::vector<std::array<double, 3>> sums;
   ResizeToFill(sums, static_cast<size_t>(pointCount));
   auto valid = [&](int index) { return index >= 0 && index < pointCount; };
   const KArrayTemplate<Polygon>& polygons = mPolygons;
@@ -263,11 +266,13 @@ bool KZylMesh::ComputeVertexNormals(bool) {
       normal[1] += (a[2] - b[2]) * (a[0] + b[0]);
       normal[2] += (a[0] - b[0]) * (a[1] + b[1]);
     }
-    for (int index : corners) sums[static_cast<size_t>(index)] += normal;
+    for (int index : corners)
+      for (int c = 0; c < 3; ++c) sums[static_cast<size_t>(index)][static_cast<size_t>(c)] += normal[c];
   }
-  for (KZylVector4& sum : sums) {
-    sum.Normalize();
-    sum[3] = 0.0;
+  for (std::array<double, 3>& sum : sums) {
+    KZylVector4 unit(sum[0], sum[1], sum[2]);
+    unit.Normalize();
+    sum = {unit[0], unit[1], unit[2]};
   }
 
   if (GetLayerCount() == 0) CreateLayer();
@@ -279,7 +284,14 @@ bool KZylMesh::ComputeVertexNormals(bool) {
   KArrayTemplate<KZylVector4>& direct = normals->GetDirectArray();
   direct.Clear();
   direct.ReserveToFill(vertices.GetCount());
-  for (int index : vertices) direct.Add(valid(index) ? sums[static_cast<size_t>(index)] : KZylVector4());
+  for (int index : vertices) {
+    if (!valid(index)) {
+      direct.Add(KZylVector4());
+      continue;
+    }
+    const std::array<double, 3>& unit = sums[static_cast<size_t>(index)];
+    direct.Add(KZylVector4(unit[0], unit[1], unit[2]));
+  }
   return true;
 }
 
