@@ -18,6 +18,7 @@ KZylSdkManager::~KZylSdkManager() {
   // Newest first, so that nothing outlives an object made from it. Objects only drop their
   // own storage in their destructors, so no notification is needed here.
   while (!mObjects.empty()) mObjects.pop_back();
+  for (auto& [classId, table] : mClassProperties) KZylObject::ReleaseTable(table);
 }
 
 void KZylSdkManager::SetUserNotification(std::unique_ptr<KZylUserNotification> notification) {

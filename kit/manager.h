@@ -93,6 +93,8 @@ class KZylSdkManager {
   // Declared before the objects, so that both outlive them.
   std::unique_ptr<ObjectMemory> mObjectMemory;
   std::unique_ptr<PropertyNames> mPropertyNames;
+  // The properties each class gives its objects, shared by them (KZylObject::MakeClassProperties).
+  std::unordered_map<const KZylClassId*, KZylObject::PropertyTable*> mClassProperties;
   std::vector<std::unique_ptr<KZylObject>> mObjects;  // creation order; destroyed slots are null
   size_t mLiveObjects = 0;
   uint64_t mObjectsVersion = 0;  // changes whenever an object is made or destroyed

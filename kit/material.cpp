@@ -21,16 +21,22 @@ void AddColor(KZylProperty property, double grey) { property.Set(KZylColor(grey,
 
 }  // namespace
 
-KZylSurfaceMaterial::KZylSurfaceMaterial(KZylSdkManager& manager, const char* name, const char* shadingModel,
-                                         int propertyCount)
-    : KZylObject(manager, name) {
+KZylSurfaceMaterial::KZylSurfaceMaterial(KZylSdkManager& manager, const char* name) : KZylObject(manager, name) {
+  MakeClassProperties(ClassId, [this] { AddMaterialProperties("unknown", 1); });
+}
+
+void KZylSurfaceMaterial::AddMaterialProperties(const char* shadingModel, int propertyCount) {
   ReserveProperties(propertyCount);
   AddProperty("ShadingModel", eZylString).Set(KString(shadingModel));
 }
 
-KZylSurfaceLambert::KZylSurfaceLambert(KZylSdkManager& manager, const char* name, const char* shadingModel,
-                                       int propertyCount)
-    : KZylSurfaceMaterial(manager, name, shadingModel, propertyCount) {
+KZylSurfaceLambert::KZylSurfaceLambert(KZylSdkManager& manager, const char* name)
+    : KZylSurfaceMaterial(manager, name, ForDerivedClass()) {
+  MakeClassProperties(ClassId, [this] { AddLambertProperties("lambert", 9); });
+}
+
+void KZylSurfaceLambert::AddLambertProperties(const char* shadingModel, int propertyCount) {
+  AddMaterialProperties(shadingModel, propertyCount);
   AddColor(AddProperty("EmissiveColor", DTColor3), 0.0);
   AddProperty("EmissiveFactor", DTDouble).Set(1.0);
   AddColor(AddProperty("AmbientColor", DTColor3), 0.2);
@@ -42,12 +48,15 @@ KZylSurfaceLambert::KZylSurfaceLambert(KZylSdkManager& manager, const char* name
 }
 
 KZylSurfacePhong::KZylSurfacePhong(KZylSdkManager& manager, const char* name)
-    : KZylSurfaceLambert(manager, name, "phong", 14) {
-  AddColor(AddProperty("SpecularColor", DTColor3), 0.2);
-  AddProperty("SpecularFactor", DTDouble).Set(1.0);
-  AddProperty("Shininess", DTDouble).Set(20.0);
-  AddColor(AddProperty("ReflectionColor", DTColor3), 0.0);
-  AddProperty("ReflectionFactor", DTDouble).Set(1.0);
+    : KZylSurfaceLambert(manager, name, ForDerivedClass()) {
+  MakeClassProperties(ClassId, [this] {
+    AddLambertProperties("phong", 14);
+    AddColor(AddProperty("SpecularColor", DTColor3), 0.2);
+    AddProperty("SpecularFactor", DTDouble).Set(1.0);
+    AddProperty("Shininess", DTDouble).Set(20.0);
+    AddColor(AddProperty("ReflectionColor", DTColor3), 0.0);
+    AddProperty("ReflectionFactor", DTDouble).Set(1.0);
+  });
 }
 
 }  // namespace zylsdk

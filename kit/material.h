@@ -29,9 +29,13 @@ class KZylSurfaceMaterial : public KZylObject {
   KZylProperty GetShadingModel() const { return FindProperty("ShadingModel"); }
 
  protected:
-  // `propertyCount`: how many properties the most derived class's constructors add in all.
-  KZylSurfaceMaterial(KZylSdkManager& manager, const char* name, const char* shadingModel = "unknown",
-                      int propertyCount = 1);
+  KZylSurfaceMaterial(KZylSdkManager& manager, const char* name);
+  // For a derived class, whose constructor makes every property.
+  struct ForDerivedClass {};
+  KZylSurfaceMaterial(KZylSdkManager& manager, const char* name, ForDerivedClass) : KZylObject(manager, name) {}
+  // Adds the properties of every material; `propertyCount`: how many the most derived class
+  // adds in all.
+  void AddMaterialProperties(const char* shadingModel, int propertyCount);
 };
 
 class KZylSurfaceLambert : public KZylSurfaceMaterial {
@@ -47,8 +51,11 @@ class KZylSurfaceLambert : public KZylSurfaceMaterial {
   KZylProperty GetTransparencyFactor() const { return FindProperty("TransparencyFactor"); }
 
  protected:
-  KZylSurfaceLambert(KZylSdkManager& manager, const char* name, const char* shadingModel = "lambert",
-                     int propertyCount = 9);
+  KZylSurfaceLambert(KZylSdkManager& manager, const char* name);
+  KZylSurfaceLambert(KZylSdkManager& manager, const char* name, ForDerivedClass)
+      : KZylSurfaceMaterial(manager, name, ForDerivedClass()) {}
+  // Adds the properties of every material, then a lambert's.
+  void AddLambertProperties(const char* shadingModel, int propertyCount);
 };
 
 class KZylSurfacePhong : public KZylSurfaceLambert {

@@ -464,9 +464,32 @@ KZylObject::KZylObject(KZylSdkManager& manager, const char* name) : mManager(&ma
 
 KZylObject::~KZylObject() { ReleaseProperties(); }
 
+void KZylObject::ReleaseTable(PropertyTable* table) {
+  if (table && --table->users == 0) delete table;
+}
+
 void KZylObject::ReleaseProperties() {
-  if (mProperties && --mProperties->users == 0) delete mProperties;
+  ReleaseTable(mProperties);
   mProperties = nullptr;
+}
+
+void KZylObject::ShareProperties(PropertyTable* table) {
+  ++table->users;
+  ReleaseProperties();
+  mProperties = table;
+}
+
+bool KZylObject::ShareClassProperties(const KZylClassId& classId) {
+  auto kept = mManager->mClassProperties.find(&classId);
+  if (kept == mManager->mClassProperties.end()) return false;
+  ShareProperties(kept->second);
+  return true;
+}
+
+void KZylObject::KeepClassProperties(const KZylClassId& classId) {
+  if (!mProperties) return;
+  ++mProperties->users;
+  mManager->mClassProperties.emplace(&classId, mProperties);
 }
 
 int KZylObject::GetPropertyCount() const { return mProperties ? static_cast<int>(mProperties->items.size()) : 0; }
@@ -560,9 +583,7 @@ bool KZylObject::PropertiesCopyAsShared(const KZylObject& source) const {
 void KZylObject::CopyFrom(const KZylObject& source) {
   if (!source.mProperties) return;
   if (PropertiesCopyAsShared(source)) {
-    ReleaseProperties();
-    mProperties = source.mProperties;
-    ++mProperties->users;
+    ShareProperties(source.mProperties);
     return;
   }
   for (const KZylPropertyData& property : source.mProperties->items) {

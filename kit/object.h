@@ -207,6 +207,16 @@ class KZylObject : public KZylPlug {
   // Makes room for `count` properties in all, so that a class that knows how many its
   // constructors add grows its table once.
   void ReserveProperties(int count);
+  // Gives this object the properties of its class, called by the most derived class's
+  // constructor: the first object of the class that a manager makes gets them from `add`
+  // (which calls AddProperty), and every later one shares that first table until it writes a
+  // property. A large scene holds thousands of materials, each with the same dozen defaults.
+  template <class Add>
+  void MakeClassProperties(const KZylClassId& classId, Add add) {
+    if (ShareClassProperties(classId)) return;
+    add();
+    KeepClassProperties(classId);
+  }
   // Copies the class's own fields (beyond properties) from `source`; overridden by classes
   // that have any, calling their parent's version.
   virtual void CopyFrom(const KZylObject& source);
@@ -222,7 +232,12 @@ class KZylObject : public KZylPlug {
   // The table for a write: made with the first property, copied first when shared.
   PropertyTable& OwnProperties();
   void ReleaseProperties();
+  void ShareProperties(PropertyTable* table);
   bool PropertiesCopyAsShared(const KZylObject& source) const;
+  bool ShareClassProperties(const KZylClassId& classId);
+  void KeepClassProperties(const KZylClassId& classId);
+  // Used by the manager for the tables it keeps for their classes.
+  static void ReleaseTable(PropertyTable* table);
 
   KZylSdkManager* mManager;
   uint64_t mUniqueID = 0;

@@ -212,6 +212,40 @@ TEST_F(PropertyTest, ACopyOfAWrittenCopyKeepsItsValues) {
   EXPECT_EQ(original->GetDiffuseFactor().GetDouble(), 1.0);
 }
 
+// Materials of a class start from the same defaults: what one writes, adds or loses with its
+// destruction never reaches a material made later, of its class or another, in any manager.
+TEST_F(PropertyTest, NewMaterialsStartFromTheirClassDefaultsWhateverEarlierOnesWrote) {
+  KZylSurfacePhong* first = KZylSurfacePhong::Create(&manager, "first");
+  first->GetShininess().Set(5.0);
+  first->GetShadingModel().Set("written");
+  KZylProperty::Create(first, "extra", eZylDouble).Set(1.0);
+  KZylSurfaceLambert* lambert = KZylSurfaceLambert::Create(&manager, "lambert");
+  lambert->GetDiffuseFactor().Set(0.5);
+  first->Destroy();
+
+  KZylSurfacePhong* later = KZylSurfacePhong::Create(&manager, "later");
+  EXPECT_EQ(later->GetPropertyCount(), 14);
+  EXPECT_EQ(later->GetShininess().GetDouble(), 20.0);
+  EXPECT_EQ(later->GetShadingModel().GetString(), "phong");
+  EXPECT_EQ(later->GetDiffuseFactor().GetDouble(), 1.0);
+  EXPECT_FALSE(later->FindProperty("extra").IsValid());
+  KZylSurfaceLambert* laterLambert = KZylSurfaceLambert::Create(&manager, "later lambert");
+  EXPECT_EQ(laterLambert->GetPropertyCount(), 9);
+  EXPECT_EQ(laterLambert->GetDiffuseFactor().GetDouble(), 1.0);
+  EXPECT_EQ(laterLambert->GetShadingModel().GetString(), "lambert");
+  EXPECT_EQ(KZylSurfaceMaterial::Create(&manager, "plain")->GetShadingModel().GetString(), "unknown");
+
+  // Writing the later one leaves the one made after it alone too.
+  later->GetSpecularColor().Set(KZylColor(1, 1, 1));
+  EXPECT_EQ(KZylSurfacePhong::Create(&manager, "last")->GetSpecularColor().GetColor(), KZylColor(0.2, 0.2, 0.2));
+
+  KZylSdkManager other;
+  KZylSurfacePhong* elsewhere = KZylSurfacePhong::Create(&other, "elsewhere");
+  EXPECT_EQ(elsewhere->GetShininess().GetDouble(), 20.0);
+  elsewhere->GetShininess().Set(3.0);
+  EXPECT_EQ(KZylSurfacePhong::Create(&manager, "here")->GetShininess().GetDouble(), 20.0);
+}
+
 TEST_F(PropertyTest, MaterialsListTheirStaticPropertiesInOrder) {
   const std::vector<std::string> lambert = {"ShadingModel",  "EmissiveColor", "EmissiveFactor",
                                             "AmbientColor",  "AmbientFactor", "DiffuseColor",
