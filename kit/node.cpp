@@ -41,37 +41,45 @@ bool KZylNode::AddChild(KZylNode* child) {
       return false;
     }
   }
-  MakeRoomForOne(mChildren);
-  mChildren.push_back(child);
+  if (!mChildren) mChildren = std::make_unique<std::vector<KZylNode*>>();
+  MakeRoomForOne(*mChildren);
+  mChildren->push_back(child);
   child->mParent = this;
   GetZylSdkManager()->TouchHierarchy();
   return true;
 }
 
 bool KZylNode::RemoveChild(KZylNode* child) {
-  auto found = std::find(mChildren.begin(), mChildren.end(), child);
-  if (found == mChildren.end()) return false;
-  mChildren.erase(found);
+  if (!mChildren) return false;
+  auto found = std::find(mChildren->begin(), mChildren->end(), child);
+  if (found == mChildren->end()) return false;
+  mChildren->erase(found);
   child->mParent = nullptr;
   GetZylSdkManager()->TouchHierarchy();
   return true;
 }
 
 int KZylNode::GetChildCount(bool recursive) const {
-  if (!recursive) return static_cast<int>(mChildren.size());
+  if (!recursive) return static_cast<int>(Children().size());
   int count = 0;
   std::vector<const KZylNode*> pending(1, this);
   while (!pending.empty()) {
     const KZylNode* node = pending.back();
     pending.pop_back();
-    count += static_cast<int>(node->mChildren.size());
-    pending.insert(pending.end(), node->mChildren.begin(), node->mChildren.end());
+    const std::vector<KZylNode*>& children = node->Children();
+    count += static_cast<int>(children.size());
+    pending.insert(pending.end(), children.begin(), children.end());
   }
   return count;
 }
 
 KZylNode* KZylNode::GetChild(int index) const {
-  return (index >= 0 && index < GetChildCount()) ? mChildren[static_cast<size_t>(index)] : nullptr;
+  return (index >= 0 && index < GetChildCount()) ? (*mChildren)[static_cast<size_t>(index)] : nullptr;
+}
+
+const std::vector<KZylNode*>& KZylNode::Children() const {
+  static const std::vector<KZylNode*> none;
+  return mChildren ? *mChildren : none;
 }
 
 KZylNode* KZylNode::FindChild(const KString& name, bool recursive, bool) const {
@@ -81,18 +89,18 @@ KZylNode* KZylNode::FindChild(const KString& name, bool recursive, bool) const {
     const KZylNode* node;
     size_t next;  // next child whose subtree is searched
   };
-  for (KZylNode* child : mChildren)
+  for (KZylNode* child : Children())
     if (child->GetName() == name) return child;
   if (!recursive) return nullptr;
   std::vector<Frame> stack{{this, 0}};
   while (!stack.empty()) {
     Frame& frame = stack.back();
-    if (frame.next >= frame.node->mChildren.size()) {
+    if (frame.next >= frame.node->Children().size()) {
       stack.pop_back();
       continue;
     }
-    const KZylNode* child = frame.node->mChildren[frame.next++];
-    for (KZylNode* grandChild : child->mChildren)
+    const KZylNode* child = frame.node->Children()[frame.next++];
+    for (KZylNode* grandChild : child->Children())
       if (grandChild->GetName() == name) return grandChild;
     stack.push_back({child, 0});
   }
@@ -163,8 +171,10 @@ void KZylNode::ForgetObjects(const ObjectSet& gone) {
   KZylObject::ForgetObjects(gone);
   if (mParent && gone.count(mParent)) mParent = nullptr;
   if (mOwnerScene && gone.count(mOwnerScene)) mOwnerScene = nullptr;
-  mChildren.erase(std::remove_if(mChildren.begin(), mChildren.end(), [&](KZylNode* c) { return gone.count(c) != 0; }),
-                  mChildren.end());
+  if (mChildren)
+    mChildren->erase(
+        std::remove_if(mChildren->begin(), mChildren->end(), [&](KZylNode* c) { return gone.count(c) != 0; }),
+        mChildren->end());
   if (mAttribute && gone.count(mAttribute)) mAttribute = nullptr;
   ForgetTakeObjects(gone);
 }

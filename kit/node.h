@@ -127,10 +127,13 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
     return std::memcmp(&a, &b, sizeof(Value)) == 0;
   }
 
+  const std::vector<KZylNode*>& Children() const;
+
   friend class KZylScene;
   KZylScene* mOwnerScene = nullptr;  // set on a scene's root node
   KZylNode* mParent = nullptr;
-  std::vector<KZylNode*> mChildren;
+  // Made with the first child: most nodes of a large scene are leaves.
+  std::unique_ptr<std::vector<KZylNode*>> mChildren;
   KZylNodeAttribute* mAttribute = nullptr;
   KZylVector4 mTranslation{0.0, 0.0, 0.0, 1.0};
   KZylVector4 mRotation{0.0, 0.0, 0.0, 0.0};

@@ -70,6 +70,30 @@ TEST_F(HierarchyTest, ChildrenKeepTheirOrderAndCountRecursively) {
   EXPECT_EQ(root->GetChild(-1), nullptr);
 }
 
+
+// A node that never had a child, and one whose children all left or were destroyed, answer
+// every question about children as empty.
+TEST_F(HierarchyTest, ALeafAnswersEveryChildQueryEmpty) {
+  KZylNode* leaf = NewNode("leaf");
+  KZylNode* stranger = NewNode("stranger");
+  EXPECT_EQ(leaf->GetChildCount(), 0);
+  EXPECT_EQ(leaf->GetChildCount(true), 0);
+  EXPECT_EQ(leaf->GetChild(0), nullptr);
+  EXPECT_EQ(leaf->FindChild("stranger", true), nullptr);
+  EXPECT_FALSE(leaf->RemoveChild(stranger));
+
+  KZylNode* parent = NewNode("parent");
+  KZylNode* gone = AddNew(parent, "gone");
+  KZylNode* left = AddNew(parent, "left");
+  gone->Destroy();
+  EXPECT_EQ(parent->GetChildCount(), 1);
+  EXPECT_TRUE(parent->RemoveChild(left));
+  EXPECT_FALSE(parent->RemoveChild(left));
+  EXPECT_EQ(parent->GetChildCount(true), 0);
+  EXPECT_EQ(parent->FindChild("left"), nullptr);
+  EXPECT_TRUE(leaf->AddChild(left));
+  EXPECT_EQ(leaf->GetChild(0), left);
+}
 TEST_F(HierarchyTest, FindChildLooksAtDirectChildrenBeforeSubtrees) {
   // root: [a: [b: [deep "x"]], c: [shallow "x"]]
   KZylNode* root = NewNode("root");
