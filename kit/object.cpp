@@ -119,9 +119,9 @@ void InitialNumbers(KZylPropertyData& data) {
 // properties, in the manager's slabs: a material holds dozens of properties, and a node-based
 // table would cost an allocation each); the first property of a name is found.
 //
-// A clone holds its source's table until either of them writes a property (see
-// KZylObject::OwnProperties): a large scene's materials are each a copy of an effect that
-// nothing writes afterwards.
+// Objects share a table until one of them writes a property (see KZylObject::OwnProperties): a
+// clone holds its source's, a material its class's defaults. A large scene's materials are each
+// a copy of an effect that nothing writes afterwards.
 struct KZylObject::PropertyTable {
   static constexpr size_t kScanned = 16;
 
