@@ -95,6 +95,8 @@ class KZylSdkManager {
   std::unique_ptr<PropertyNames> mPropertyNames;
   // The properties each class gives its objects, shared by them (KZylObject::MakeClassProperties).
   std::unordered_map<const KZylClassId*, KZylObject::PropertyTable*> mClassProperties;
+  // The errors of the objects that have one (KZylObject::GetError): few objects ever do.
+  std::unordered_map<const KZylObject*, std::unique_ptr<KError>> mObjectErrors;
   std::vector<std::unique_ptr<KZylObject>> mObjects;  // creation order; destroyed slots are null
   size_t mLiveObjects = 0;
   uint64_t mObjectsVersion = 0;  // changes whenever an object is made or destroyed

@@ -462,7 +462,11 @@ const KZylClassId KZylObject::ClassId = {"KZylObject", nullptr};
 
 KZylObject::KZylObject(KZylSdkManager& manager, const char* name) : mManager(&manager), mName(name) {}
 
-KZylObject::~KZylObject() { ReleaseProperties(); }
+KZylObject::~KZylObject() {
+  ReleaseProperties();
+  // Another object may later be made at this address.
+  if (!mManager->mObjectErrors.empty()) mManager->mObjectErrors.erase(this);
+}
 
 void KZylObject::ReleaseTable(PropertyTable* table) {
   if (table && --table->users == 0) delete table;
@@ -496,12 +500,14 @@ int KZylObject::GetPropertyCount() const { return mProperties ? static_cast<int>
 
 const KError& KZylObject::GetError() const {
   static const KError none;
-  return mError ? *mError : none;
+  auto kept = mManager->mObjectErrors.find(this);
+  return kept != mManager->mObjectErrors.end() ? *kept->second : none;
 }
 
 KError& KZylObject::GetError() {
-  if (!mError) mError = std::make_unique<KError>();
-  return *mError;
+  std::unique_ptr<KError>& error = mManager->mObjectErrors[this];
+  if (!error) error = std::make_unique<KError>();
+  return *error;
 }
 
 KString KZylObject::GetNameWithoutNameSpacePrefix() const {

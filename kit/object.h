@@ -244,11 +244,11 @@ class KZylObject : public KZylPlug {
   KZylSdkManager* mManager;
   uint64_t mUniqueID = 0;
   KString mName;
-  // Made with the first property or the first error: most objects of a large scene (nodes,
-  // their attributes) have neither, and a scene holds hundreds of thousands of them. A clone
-  // shares its source's properties until either writes one.
+  // Made with the first property: most objects of a large scene (nodes, their attributes) have
+  // none, and a scene holds hundreds of thousands of them. A clone shares its source's
+  // properties until either writes one. (The few objects that have an error keep it in their
+  // manager, KZylSdkManager::mObjectErrors.)
   PropertyTable* mProperties = nullptr;
-  std::unique_ptr<KError> mError;
 };
 
 }  // namespace zylsdk

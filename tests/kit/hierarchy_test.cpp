@@ -27,6 +27,28 @@ TEST_F(HierarchyTest, AddChildRefusesANullChild) {
   EXPECT_EQ(parent->GetChildCount(), 0);
 }
 
+// An error belongs to the object that met it: not to another object, not even to one made later
+// in the room of a destroyed one.
+TEST_F(HierarchyTest, AnErrorStaysWithItsObject) {
+  KZylNode* failed = NewNode("failed");
+  KZylNode* other = NewNode("other");
+  EXPECT_FALSE(failed->AddChild(nullptr));
+  const KString message = failed->GetLastErrorString();
+  EXPECT_FALSE(message.IsEmpty());
+  EXPECT_TRUE(other->GetLastErrorString().IsEmpty());
+  EXPECT_EQ(other->GetLastErrorID(), 0);
+  EXPECT_EQ(static_cast<const KZylNode*>(failed)->GetError().GetLastErrorString(), message);
+
+  // Destroyed and made again, many times, so that new nodes take the room of failed ones.
+  for (int i = 0; i < 8; ++i) {
+    failed->Destroy();
+    failed = NewNode("again");
+    EXPECT_TRUE(failed->GetLastErrorString().IsEmpty()) << i;
+    EXPECT_FALSE(failed->AddChild(nullptr));
+  }
+  EXPECT_EQ(failed->GetLastErrorString(), message);
+}
+
 TEST_F(HierarchyTest, AddChildRefusesAChildThatHasAParent) {
   KZylNode* first = NewNode("first");
   KZylNode* second = NewNode("second");
