@@ -285,11 +285,7 @@ bool KZylMesh::ComputeVertexNormals(bool) {
   direct.Clear();
   direct.ReserveToFill(vertices.GetCount());
   for (int index : vertices) {
-    if (!valid(index)) {
-      direct.Add(KZylVector4());
-      continue;
-    }
-    const std::array<double, 3>& unit = sums[static_cast<size_t>(index)];
+    const std::array<double, 3> unit = valid(index) ? sums[static_cast<size_t>(index)] : std::array<double, 3>{};
     direct.Add(KZylVector4(unit[0], unit[1], unit[2]));
   }
   return true;

@@ -74,7 +74,7 @@ int KZylNode::GetChildCount(bool recursive) const {
 }
 
 KZylNode* KZylNode::GetChild(int index) const {
-  return (index >= 0 && index < GetChildCount()) ? (*mChildren)[static_cast<size_t>(index)] : nullptr;
+  return (index >= 0 && index < GetChildCount()) ? Children()[static_cast<size_t>(index)] : nullptr;
 }
 
 const std::vector<KZylNode*>& KZylNode::Children() const {

@@ -43,7 +43,7 @@ struct KZylPropertyData {
   KZylPropertyData(KZylPropertyData&&) = default;
   KZylPropertyData& operator=(KZylPropertyData&&) = default;
   KZylPropertyData(const KZylPropertyData& other)
-      : name(other.name), type(other.type), dynamic(other.dynamic), smallNumbers(other.smallNumbers) {
+      : name(other.name), type(other.type), dynamic(other.dynamic) {
     CopyValue(other);
   }
   // Takes the value of a property of the same type (a matrix's numbers are among the rare parts
