@@ -5,6 +5,8 @@
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <utility>
@@ -26,15 +28,48 @@ constexpr size_t kMaxDepth = 2048;
 // Why the parse was stopped on purpose.
 enum class StopReason { kNone, kEntityDeclaration, kTooDeep };
 
+const char* AsText(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
+
+// The document's names for the names the parser hands over. libxml2 keeps each name once in
+// its dictionary for the whole parse, so the pointer it gives stands for the name: a small
+// table remembers the document's name for the pointers seen last, and only a pointer seen for
+// the first time (or pushed out of its slot) is looked up by its characters.
+class ParserNames {
+ public:
+  // A name whose prefix is bound to a namespace is known by its local part; one whose prefix
+  // is not bound keeps "prefix:name".
+  const DaeName* Find(const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri, xmlDictPtr dictionary,
+                      DaeTreeBuilder& builder) {
+    if (prefix && !uri) {
+      mQualified.assign(AsText(prefix)).append(":").append(AsText(localName));
+      return builder.Intern(mQualified);
+    }
+    Entry& entry = mEntries[(reinterpret_cast<uintptr_t>(localName) * 0x9E3779B97F4A7C15u) >> 56];
+    if (entry.key == localName) return entry.name;
+    const DaeName* name = builder.Intern(AsText(localName));
+    // Only a name the dictionary owns keeps its characters for the whole parse.
+    if (dictionary && xmlDictOwns(dictionary, localName) == 1) entry = {localName, name};
+    return name;
+  }
+
+ private:
+  struct Entry {
+    const xmlChar* key = nullptr;
+    const DaeName* name = nullptr;
+  };
+  std::array<Entry, 256> mEntries{};
+  std::string mQualified;
+};
+
 // What the parser's callbacks share; kept in the parser context's private pointer.
 struct ParseState {
   explicit ParseState(size_t inputSize) : builder(inputSize) {}
   DaeTreeBuilder builder;
   StopReason stopped = StopReason::kNone;
-  // Scratch for one start tag: names put together with their prefix, decoded values.
-  std::vector<std::string> names;
+  ParserNames names;
+  // Scratch for one start tag: decoded values.
   std::vector<std::string> values;
-  std::vector<std::pair<std::string_view, std::string_view>> attributes;
+  DaeTreeBuilder::Attributes attributes;
 };
 
 ParseState& StateOf(void* context) {
@@ -49,17 +84,6 @@ void StopParse(void* context, StopReason reason) {
 // Any entity declaration ends the parse: the document is then refused.
 void RefuseEntityDeclaration(void* context, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) {
   StopParse(context, StopReason::kEntityDeclaration);
-}
-
-const char* AsText(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
-
-// A name whose prefix is bound to a namespace is known by its local part; one whose prefix
-// is not bound keeps "prefix:name".
-std::string_view QualifiedName(const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri,
-                               std::string& storage) {
-  if (!prefix || uri) return AsText(localName);
-  storage = std::string(AsText(prefix)) + ":" + AsText(localName);
-  return storage;
 }
 
 // The parser hands over a value holding an ampersand (it came from "&amp;" or "&#38;") with
@@ -86,13 +110,13 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
     StopParse(context, StopReason::kTooDeep);
     return;
   }
+  xmlParserCtxtPtr parser = static_cast<xmlParserCtxtPtr>(context);
   const size_t count = static_cast<size_t>(std::max(0, attributeCount));
-  state.names.resize(count + 1);
   state.values.resize(count);
   state.attributes.clear();
   for (size_t i = 0; i < count; ++i) {
     const xmlChar** attribute = attributes + 5 * i;
-    const std::string_view name = QualifiedName(attribute[0], attribute[1], attribute[2], state.names[i + 1]);
+    const DaeName* name = state.names.Find(attribute[0], attribute[1], attribute[2], parser->dict, state.builder);
     const char* begin = AsText(attribute[3]);
     const char* end = AsText(attribute[4]);
     // Defaults declared by a DTD come last and are kept exactly as declared.
@@ -100,9 +124,8 @@ void StartElement(void* context, const xmlChar* localName, const xmlChar* prefix
     state.attributes.emplace_back(name, declared ? std::string_view(begin, static_cast<size_t>(end - begin))
                                                  : DecodedValue(begin, end, state.values[i]));
   }
-  const std::string_view name = QualifiedName(localName, prefix, uri, state.names[0]);
-  xmlParserCtxtPtr parser = static_cast<xmlParserCtxtPtr>(context);
-  state.builder.StartElement(name, state.attributes, parser->input ? parser->input->line : 0);
+  const DaeName* name = state.names.Find(localName, prefix, uri, parser->dict, state.builder);
+  state.builder.StartElement(*name, state.attributes, parser->input ? parser->input->line : 0);
 }
 
 void EndElement(void* context, const xmlChar*, const xmlChar*, const xmlChar*) { StateOf(context).builder.EndElement(); }

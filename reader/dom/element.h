@@ -23,6 +23,14 @@ namespace zylsdk {
 
 class DaeDocument;
 
+// A name as the document keeps it, interned: equal names are one DaeName. It knows whether an
+// element of that name is a list, so that a start tag asks nothing of the name's characters.
+struct DaeName {
+  std::string_view text;  // the document's copy, NUL-terminated
+  bool isList = false;
+  ValueKind listKind = ValueKind::kDoubles;
+};
+
 struct DaeAttribute {
   const char* name;
   const char* value;
@@ -120,7 +128,7 @@ class DaeDocument {
   size_t mBlockSize = 0;
   size_t mBlockBytes = 0;  // the room of every shared block so far
   WriteAhead mAhead;       // over the last shared block
-  std::unordered_map<std::string_view, const char*> mNames;
+  std::unordered_map<std::string_view, DaeName> mNames;
   IdIndex mIds;
 };
 

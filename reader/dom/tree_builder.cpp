@@ -32,18 +32,21 @@ void ShrinkToValues(std::vector<T>& values) {
 
 }  // namespace
 
-DaeTreeBuilder::DaeTreeBuilder(size_t inputSize) : mDocument(std::make_unique<DaeDocument>()), mInputSize(inputSize) {}
+DaeTreeBuilder::DaeTreeBuilder(size_t inputSize)
+    : mDocument(std::make_unique<DaeDocument>()), mInputSize(inputSize), mIdName(Intern("id")) {}
 
-const char* DaeTreeBuilder::Intern(std::string_view name) {
-  if (const char* recent = mRecentNames.Find(name)) return recent;
-  auto found = mDocument->mNames.find(name);
-  const char* stored = found != mDocument->mNames.end() ? found->second : nullptr;
-  if (!stored) {
-    stored = Store(name);
-    mDocument->mNames.emplace(std::string_view(stored, name.size()), stored);
+const DaeName* DaeTreeBuilder::Intern(std::string_view text) {
+  if (const DaeName* recent = mRecentNames.Find(text)) return recent;
+  auto found = mDocument->mNames.find(text);
+  const DaeName* name = found != mDocument->mNames.end() ? &found->second : nullptr;
+  if (!name) {
+    DaeName stored;
+    stored.text = std::string_view(Store(text), text.size());
+    stored.isList = ListKind(text, stored.listKind);
+    name = &mDocument->mNames.emplace(stored.text, stored).first->second;
   }
-  mRecentNames.Remember(std::string_view(stored, name.size()), stored);
-  return stored;
+  mRecentNames.Remember(name->text, name);
+  return name;
 }
 
 const char* DaeTreeBuilder::Store(std::string_view text) {
@@ -54,19 +57,17 @@ const char* DaeTreeBuilder::Store(std::string_view text) {
   return stored;
 }
 
-void DaeTreeBuilder::StartElement(std::string_view name,
-                                  const std::vector<std::pair<std::string_view, std::string_view>>& attributes,
-                                  int line) {
+void DaeTreeBuilder::StartElement(const DaeName& name, const Attributes& attributes, int line) {
   DaeElement& element = mDocument->mElements.emplace_back();
-  element.mName = Intern(name);
+  element.mName = name.text.data();
   element.mLine = static_cast<uint32_t>(std::max(0, line)) & 0x7fffffffu;
   if (!attributes.empty()) {
     auto* stored = reinterpret_cast<DaeAttribute*>(
         mDocument->Allocate(attributes.size() * sizeof(DaeAttribute), alignof(DaeAttribute)));
     for (size_t i = 0; i < attributes.size(); ++i) {
-      stored[i].name = Intern(attributes[i].first);
+      stored[i].name = attributes[i].first->text.data();
       stored[i].value = Store(attributes[i].second);
-      if (attributes[i].first == "id")
+      if (attributes[i].first == mIdName)
         mDocument->mIds.Add(std::string_view(stored[i].value, attributes[i].second.size()), &element);
     }
     element.mAttributes = stored;
@@ -80,10 +81,9 @@ void DaeTreeBuilder::StartElement(std::string_view name,
     parent.lastChild = &element;
   }
   mOpen.push_back({&element, nullptr, std::string()});
-  ValueKind kind;
   // A list inside a list is an ordinary element: its text already belongs to the outer list.
-  if (!mList && ListKind(name, kind)) {
-    mList = std::make_unique<ValueStream>(kind, std::min(ExpectedListLength(element), mInputSize / 2 + 1));
+  if (!mList && name.isList) {
+    mList = std::make_unique<ValueStream>(name.listKind, std::min(ExpectedListLength(element), mInputSize / 2 + 1));
     mListDepth = mOpen.size();
   }
 }

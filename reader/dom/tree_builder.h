@@ -14,12 +14,16 @@ namespace zylsdk {
 
 class DaeTreeBuilder {
  public:
+  using Attributes = std::vector<std::pair<const DaeName*, std::string_view>>;
+
   // `inputSize` bounds how many values any list can hold (each takes at least two characters
   // of the input), so that a declared count never reserves more than the input can fill.
   explicit DaeTreeBuilder(size_t inputSize);
 
-  void StartElement(std::string_view name, const std::vector<std::pair<std::string_view, std::string_view>>& attributes,
-                    int line);
+  // The document's name for `text`: the same DaeName for the same characters.
+  const DaeName* Intern(std::string_view text);
+  // Names come from Intern; attribute values are copied.
+  void StartElement(const DaeName& name, const Attributes& attributes, int line);
   void Text(const char* text, size_t length);
   void EndElement();
   // The open elements.
@@ -34,13 +38,13 @@ class DaeTreeBuilder {
     std::string text;
   };
 
-  const char* Intern(std::string_view name);
-
-  RecentNames<const char> mRecentNames;
   const char* Store(std::string_view text);
+
+  RecentNames<const DaeName> mRecentNames;
 
   DaeDocumentPtr mDocument;
   size_t mInputSize;
+  const DaeName* mIdName;  // "id", whose values the document indexes
   std::vector<OpenElement> mOpen;
   // The list element whose text is being converted (the outermost one open), and how deep it is.
   std::unique_ptr<ValueStream> mList;

@@ -186,9 +186,10 @@ TEST_F(DomAccess, FindChildByIdWithAnEmptyIdNeedsAnEmptyIdAttribute) {
 TEST_F(DomAccess, FindChildByIdHandlesDeepTreesWithoutRecursion) {
   // Built by hand: the parser would refuse this depth.
   DaeTreeBuilder builder(0);
-  builder.StartElement("root", {}, 1);
-  for (int depth = 0; depth < 100000; ++depth) builder.StartElement("node", {}, 1);
-  builder.StartElement("node", {{"id", "bottom"}}, 1);
+  const DaeName* node = builder.Intern("node");
+  builder.StartElement(*builder.Intern("root"), {}, 1);
+  for (int depth = 0; depth < 100000; ++depth) builder.StartElement(*node, {}, 1);
+  builder.StartElement(*node, {{builder.Intern("id"), "bottom"}}, 1);
   DaeDocumentPtr document = builder.Finish();
   DaeElement* root = document->Root();
   EXPECT_EQ(findChildById(root, "bottom"), document->ElementAt(100001));
