@@ -29,6 +29,20 @@ uint64_t BytesEqual(const char* window, char c) {
   return mask;
 }
 
+// How many bits of `mask` are set. The masks of a window hold few bits, and a loop keeps
+// clear of the library call that __builtin_popcountll is on plain x86-64.
+int CountBits(uint64_t mask) {
+  int count = 0;
+  for (; mask; mask &= mask - 1) ++count;
+  return count;
+}
+
+// Bit i of the result is the parity of bits 0 to i of `mask`.
+uint64_t PrefixParity(uint64_t mask) {
+  for (int shift = 1; shift < 64; shift *= 2) mask ^= mask << shift;
+  return mask;
+}
+
 // The bits of `mask` from bit `at` on; none from 64 on.
 uint64_t From(uint64_t mask, int at) { return at < 64 ? mask & (~uint64_t{0} << at) : 0; }
 
@@ -65,6 +79,7 @@ bool AttributeCounter::ScanWindow(const char* window) {
   const uint64_t equals = BytesEqual(window, '=');
   const uint64_t doubleQuotes = BytesEqual(window, '"');
   const uint64_t singleQuotes = BytesEqual(window, '\'');
+  if (ScanPlainTags(window, opens, closes, equals, doubleQuotes, singleQuotes)) return false;
   const uint64_t quotesAndCloses = doubleQuotes | singleQuotes | closes;
   // Character data, names and quoted values are crossed from one byte that acts to the next,
   // found in the masks; the rest of the markup goes through Step a byte at a time.
@@ -84,7 +99,7 @@ bool AttributeCounter::ScanWindow(const char* window) {
         // The tag's '=' outside quotes are its attributes; each quoted value is crossed whole.
         for (;;) {
           const uint64_t next = From(quotesAndCloses, at);
-          mAttributes += static_cast<size_t>(__builtin_popcountll(From(equals, at) & BelowLowest(next)));
+          mAttributes += static_cast<size_t>(CountBits(From(equals, at) & BelowLowest(next)));
           mExceeded = mAttributes > mMaxAttributes;
           if (!next || mExceeded) return false;
           at = __builtin_ctzll(next);
@@ -123,6 +138,55 @@ bool AttributeCounter::ScanWindow(const char* window) {
     }
   }
   return false;
+}
+
+bool AttributeCounter::ScanPlainTags(const char* window, uint64_t opens, uint64_t closes, uint64_t equals,
+                                     uint64_t doubleQuotes, uint64_t singleQuotes) {
+  // Tags that end inside the window hold fewer '=' than it has bytes: only the tag that goes
+  // on from the last window and the one that goes on into the next can reach the maximum.
+  if (mMaxAttributes < kWindow || singleQuotes) return false;
+  const bool inTag = mState == State::kStartTag || mState == State::kOtherMarkup;
+  const bool quoted = (mState == State::kQuoted || mState == State::kOtherQuoted) && mQuote == '"';
+  if (mState != State::kText && !inTag && !quoted) return false;
+  // The byte after each '<' is read as the start of a name or as '/' (an end tag): anything
+  // that could open a comment, section, instruction or declaration, a '<' whose next byte is
+  // in the next window, and zero bytes (UTF-16) are left to the byte-wise rules.
+  const uint64_t zeros = BytesEqual(window, '\0');
+  const uint64_t bangs = BytesEqual(window, '!') | BytesEqual(window, '?');
+  if (zeros || (opens >> 63) || ((opens << 1) & (bangs | doubleQuotes | equals | opens | closes))) return false;
+  // Taken as if every quote were in markup: then the quotes' parity says which bytes are
+  // quoted, and the '<' and '>' outside quotes open and close the tags in turn. The reading is
+  // the byte-wise one exactly when it agrees with itself: tags open and close in turn, and no
+  // quote lies in text (a quote or '>' in text falls back).
+  const uint64_t insideQuotes = PrefixParity(doubleQuotes) ^ (quoted ? ~uint64_t{0} : 0);
+  const uint64_t tagOpens = opens & ~insideQuotes;
+  const uint64_t tagCloses = closes & ~insideQuotes;
+  const uint64_t inMarkup = PrefixParity(tagOpens | tagCloses) ^ (inTag || quoted ? ~uint64_t{0} : 0);
+  if ((tagOpens & ~inMarkup) || (tagCloses & inMarkup) || (doubleQuotes & ~inMarkup)) return false;
+  const uint64_t attributeSigns = equals & ~insideQuotes;
+  const bool continuedStartTag = mState == State::kStartTag || (quoted && mState == State::kQuoted);
+  if (continuedStartTag) {
+    mAttributes += static_cast<size_t>(CountBits(attributeSigns & BelowLowest(tagCloses)));
+    mExceeded = mAttributes > mMaxAttributes;
+    if (mExceeded) return true;
+  }
+  const bool markupAtEnd = (inMarkup >> 63) != 0;
+  const bool quotedAtEnd = (insideQuotes >> 63) != 0;
+  bool startTagAtEnd = continuedStartTag;
+  if (markupAtEnd && tagOpens) {
+    const int lastOpen = 63 - __builtin_clzll(tagOpens);
+    startTagAtEnd = window[lastOpen + 1] != '/';
+    if (startTagAtEnd) mAttributes = static_cast<size_t>(CountBits(From(attributeSigns, lastOpen + 1)));
+  }
+  if (!markupAtEnd) {
+    mState = State::kText;
+  } else if (quotedAtEnd) {
+    mState = startTagAtEnd ? State::kQuoted : State::kOtherQuoted;
+    mQuote = '"';
+  } else {
+    mState = startTagAtEnd ? State::kStartTag : State::kOtherMarkup;
+  }
+  return true;
 }
 
 void AttributeCounter::ActInsideMarkup(char c) {

@@ -9,6 +9,7 @@
 // instructions and declarations are passed over. Bytes of UTF-16 documents count the same way.
 
 #include <cstddef>
+#include <cstdint>
 
 namespace zylsdk {
 
@@ -38,6 +39,11 @@ class AttributeCounter {
 
   // Scans 64 bytes; true when they are character data without markup.
   bool ScanWindow(const char* window);
+  // Scans a window of plain tags and text (no comment, section, instruction or declaration
+  // begins in it, no single quote, and no quote or '>' in its text) with masks alone; false,
+  // having changed nothing, for any other window.
+  bool ScanPlainTags(const char* window, uint64_t opens, uint64_t closes, uint64_t equals, uint64_t doubleQuotes,
+                     uint64_t singleQuotes);
   // Takes a byte inside a start tag or other markup: a quote or '>' acts, any other does not.
   void ActInsideMarkup(char c);
   // Takes one byte of the markup that ScanWindow does not cross itself: the byte after '<', and

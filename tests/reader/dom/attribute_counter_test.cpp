@@ -184,6 +184,43 @@ TEST(AttributeCounter, AgreesWithTheRulesReadAByteAtATimeOnRandomMarkup) {
   }
 }
 
+// Limits of a window's width and more, where whole windows of plain tags are read from their
+// masks: tags of many attributes cross windows at every offset among text, end tags and the
+// markup that falls back to the byte-wise rules.
+TEST(AttributeCounter, AgreesWithTheRulesReadAByteAtATimeOnLongTags) {
+  const std::vector<std::string> fragments = {
+      "<a", "<node id=\"n1\"", " b=\"x=>y\"", " c=\"1 2\"", " d=1", ">", "/>", "</a>", "</node >", "1 2 3", "=", "\"",
+      "'", "<", " e='f'", "<!-- g=\"h\" -->", "<?pi i=\"j\"?>", std::string(1, '\0'), " ", "\n", "k>l",
+      std::string(70, 'n'), "<m/>", "<n o=\"p\">q</n>"};
+  std::mt19937 random(20261125);
+  for (int round = 0; round < 300; ++round) {
+    std::string document;
+    const int parts = 1 + static_cast<int>(random() % 60);
+    for (int i = 0; i < parts; ++i) {
+      if (random() % 4 == 0) {
+        // Many attributes, the tag sometimes left open for the next fragment.
+        document += "<t";
+        const size_t count = 40 + random() % 100;
+        for (size_t a = 0; a < count; ++a) document += (random() % 8 == 0) ? " r=\"=>\"" : " s=\"1\"";
+        if (random() % 3) document += random() % 2 ? ">" : "/>";
+      } else {
+        document += fragments[random() % fragments.size()];
+      }
+    }
+    const size_t limit = 64 + random() % 80;
+    AttributeCounter counter(limit);
+    PlainCount plain;
+    for (size_t at = 0; at < document.size();) {
+      const size_t piece = std::min<size_t>(1 + random() % 500, document.size() - at);
+      for (size_t i = 0; i < piece; ++i) plain.Take(document[at + i]);
+      ASSERT_EQ(counter.Scan(document.data() + at, piece), plain.Most() <= limit)
+          << "round " << round << ", up to byte " << at + piece << " of:\n" << document;
+      at += piece;
+    }
+    EXPECT_EQ(counter.Exceeded(), plain.Most() > limit) << round;
+  }
+}
+
 TEST(AttributeCounter, StaysExceededOnceExceeded) {
   AttributeCounter counter(1);
   EXPECT_FALSE(counter.Scan("<a b='1' c='2'/>", 16));
