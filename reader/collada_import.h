@@ -145,6 +145,9 @@ class KZylReaderCollada : public KZylReader {
   // ---------------------------------------------------------------- copies
   bool CopyScene(KZylScene* destination, KZylScene* source);
   bool CopyNodeHierarchy(KZylNode* destination, KZylNode* source);
+  // CopyNodeHierarchy, listing each destination node in depth-first pre-order as it is filled
+  // (when `copied` is not null), so that no walk of the copy is needed afterwards.
+  bool CopyNodeSubtree(KZylNode* destination, KZylNode* source, std::vector<KZylNode*>* copied);
   bool CopyNode(KZylNode* destination, KZylNode* source);
   bool CopyNodeAttribute(KZylNode* destination, KZylNode* source);
   void CopyNodeTransforms(KZylNode* destination, KZylNode* source);

@@ -147,11 +147,14 @@ class SceneLinks {
 
 namespace {
 
-// The nodes a copy brought: the root (whose attribute each copy replaces) and the subtrees of
-// the root's children from `firstChild` on; every node of the scene for its first copy.
-std::vector<KZylNode*> CopiedNodes(KZylNode* root, int firstChild) {
+// The nodes a copy brought, listed as it copied them (the root, whose attribute each copy
+// replaces, then the copied subtrees), with the subtrees of the root's children before
+// `firstCopiedChild` put after the root: every node of the scene for its first copy.
+std::vector<KZylNode*> WithEarlierNodes(std::vector<KZylNode*> copied, KZylNode* root, int firstCopiedChild) {
+  if (firstCopiedChild == 0) return copied;
   std::vector<KZylNode*> nodes(1, root);
-  for (int i = firstChild; i < root->GetChildCount(); ++i) AppendSubtree(root->GetChild(i), nodes);
+  for (int i = 0; i < firstCopiedChild; ++i) AppendSubtree(root->GetChild(i), nodes);
+  nodes.insert(nodes.end(), copied.begin() + 1, copied.end());
   return nodes;
 }
 
@@ -161,8 +164,10 @@ bool KZylReaderCollada::CopyScene(KZylScene* destination, KZylScene* source) {
   std::shared_ptr<SceneLinks>& links = mState->sceneLinks;
   const bool firstCopy = !links || !links->Covers(destination);
   const int firstCopiedChild = destination->GetRootNode()->GetChildCount();
-  const int firstChild = firstCopy ? 0 : firstCopiedChild;
-  if (!(mStatus = CopyNodeHierarchy(destination->GetRootNode(), source->GetRootNode()))) return false;
+  // The traditional reading links the copied nodes' clusters by name: it lists them on the way.
+  std::vector<KZylNode*> copied;
+  if (!(mStatus = CopyNodeSubtree(destination->GetRootNode(), source->GetRootNode(), mComplete ? nullptr : &copied)))
+    return false;
   // The complete reading points the copies' clusters and poses at the copied nodes, exactly;
   // the traditional reading re-links clusters by name and keeps the poses' nodes.
   const NodeCopies copies =
@@ -184,17 +189,22 @@ bool KZylReaderCollada::CopyScene(KZylScene* destination, KZylScene* source) {
     return mStatus = true;
   }
   if (firstCopy) links = std::make_shared<SceneLinks>(*destination);
-  links->Add(CopiedNodes(destination->GetRootNode(), firstChild));
+  links->Add(firstCopy ? WithEarlierNodes(std::move(copied), destination->GetRootNode(), firstCopiedChild) : copied);
   return mStatus = true;
 }
 
 bool KZylReaderCollada::CopyNodeHierarchy(KZylNode* destination, KZylNode* source) {
+  return CopyNodeSubtree(destination, source, nullptr);
+}
+
+bool KZylReaderCollada::CopyNodeSubtree(KZylNode* destination, KZylNode* source, std::vector<KZylNode*>* copied) {
   // Recursive: only pointers stay in the frame.
+  if (copied) copied->push_back(destination);
   if (!(mStatus = CopyNode(destination, source))) return false;
   for (int i = 0; i < source->GetChildCount(); ++i) {
     KZylNode* child = source->GetChild(i);
     KZylNode* copy = KZylNode::Create(mManager, child->GetName().Buffer());
-    if (!(mStatus = CopyNodeHierarchy(copy, child))) return false;
+    if (!(mStatus = CopyNodeSubtree(copy, child, copied))) return false;
     destination->AddChild(copy);
   }
   return mStatus = true;

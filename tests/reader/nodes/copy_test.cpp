@@ -374,4 +374,17 @@ TEST_F(CopyTest, AClusterFindsNodesThatCopiesWithoutSkinsBroughtBefore) {
   EXPECT_EQ(FirstCluster(root->GetChild(2))->GetLink(), root->GetChild(0));
 }
 
+TEST_F(CopyTest, AClusterFindsANodeTheSceneHadBeforeItsFirstCopy) {
+  KZylNode* earlier = KZylNode::Create(&manager, "hand");
+  scene->GetRootNode()->AddChild(earlier);
+  KZylScene* body = KZylScene::Create(&manager, "");
+  AddSkinnedMesh(body, KZylNode::Create(&manager, "rig:hand"));
+  body->GetRootNode()->AddChild(KZylNode::Create(&manager, "hand"));
+  ASSERT_TRUE(reader->CopyScene(scene, body));
+  KZylNode* root = scene->GetRootNode();
+  ASSERT_EQ(root->GetChildCount(), 3);
+  // The scene's own node comes first in pre-order, before the hand the copy brought.
+  EXPECT_EQ(FirstCluster(root->GetChild(1))->GetLink(), earlier);
+}
+
 }  // namespace
