@@ -120,28 +120,52 @@ void InitialNumbers(KZylPropertyData& data) {
 // table would cost an allocation each); the first property of a name is found.
 //
 // Objects share a table until one of them writes a property (see KZylObject::OwnProperties): a
-// clone holds its source's, a material its class's defaults. A large scene's materials are each
-// a copy of an effect that nothing writes afterwards.
+// clone holds its source's, a material its class's defaults. The object that writes gets a
+// table of its own that reads through the shared one (its base) and holds only the properties
+// it wrote and those it added: an effect writes two or three of the dozen defaults of its
+// class. A table with many of those is made whole again (flat) and lets its base go.
 struct KZylObject::PropertyTable {
   static constexpr size_t kScanned = 16;
+  // Beyond this many written properties of its base, a table is made flat.
+  static constexpr size_t kOverridden = 8;
 
   explicit PropertyTable(ObjectMemory& pool)
-      : items(PooledAllocator<KZylPropertyData>(pool)), slots(PooledAllocator<Slot>(pool)) {}
-  // A copy used by one object.
-  PropertyTable(const PropertyTable& other) : items(other.items), slots(other.slots) {}
+      : items(PooledAllocator<KZylPropertyData>(pool)),
+        slots(PooledAllocator<Slot>(pool)),
+        overrides(PooledAllocator<Override>(pool)) {}
+  // A table for one object, reading through `shared` (or through its base when it has one).
+  explicit PropertyTable(const PropertyTable& shared)
+      : items(shared.base ? shared.items : Items(shared.items.get_allocator())),
+        slots(shared.slots.get_allocator()),
+        overrides(shared.overrides),
+        base(shared.base ? shared.base : const_cast<PropertyTable*>(&shared)) {
+    ++base->users;
+  }
   PropertyTable& operator=(const PropertyTable&) = delete;
+  ~PropertyTable() { ReleaseTable(base); }
 
-  int users = 1;  // the objects holding this table
+  int users = 1;  // the objects holding this table, and the tables reading through it
 
-  // In the manager's slabs: a large scene's materials hold tens of megabytes of properties.
-  std::vector<KZylPropertyData, PooledAllocator<KZylPropertyData>> items;
+  size_t Count() const { return BaseCount() + items.size(); }
 
-  struct Slot {
-    uint32_t hash;
-    int32_t index;  // of the property in `items`; negative while the slot is free
-  };
-  // Never more than half full, so that every probe ends at a free slot; empty while scanning.
-  std::vector<Slot, PooledAllocator<Slot>> slots;
+  const KZylPropertyData& At(size_t index) const {
+    if (index >= BaseCount()) return items[index - BaseCount()];
+    for (const Override& written : overrides)
+      if (written.index == index) return written.data;
+    return base->items[index];
+  }
+
+  // The property for a write, in a table that only its object holds.
+  KZylPropertyData& WritableAt(size_t index) {
+    if (index >= BaseCount()) return items[index - BaseCount()];
+    for (Override& written : overrides)
+      if (written.index == index) return written.data;
+    if (overrides.size() >= kOverridden) {
+      MakeFlat();
+      return items[index];
+    }
+    return overrides.emplace_back(Override{index, base->items[index]}).data;
+  }
 
   // The first property named `name`; -1 when there is none.
   int Find(const KString& name) const {
@@ -156,11 +180,12 @@ struct KZylObject::PropertyTable {
 
   // Appends a property of that name and type, with its initial value.
   void Add(const PropertyName* name, EZylType type) {
+    if (base && items.size() >= kScanned) MakeFlat();
     KZylPropertyData& data = items.emplace_back();
     data.name = name;
     data.type = type;
     InitialNumbers(data);
-    if (items.size() <= kScanned) return;
+    if (base || items.size() <= kScanned) return;
     if (items.size() * 2 > slots.size()) {
       Rehash(std::max<size_t>(64, slots.size() * 2));
     } else {
@@ -168,9 +193,51 @@ struct KZylObject::PropertyTable {
     }
   }
 
+  void Reserve(size_t count) {
+    if (count > BaseCount()) items.reserve(count - BaseCount());
+  }
+
  private:
+  using Items = std::vector<KZylPropertyData, PooledAllocator<KZylPropertyData>>;
+  struct Slot {
+    uint32_t hash;
+    int32_t index;  // of the property in `items`; negative while the slot is free
+  };
+  struct Override {
+    size_t index;
+    KZylPropertyData data;
+  };
+
+  size_t BaseCount() const { return base ? base->items.size() : 0; }
+
+  // Takes every property into `items`, in order, and lets the base go.
+  void MakeFlat() {
+    Items all(items.get_allocator());
+    all.reserve(Count());
+    for (size_t i = 0; i < Count(); ++i) all.push_back(At(i));
+    items = std::move(all);
+    overrides.clear();
+    ReleaseTable(std::exchange(base, nullptr));
+    if (items.size() > kScanned) Rehash(std::max<size_t>(64, RoundUpToPowerOfTwo(items.size() * 2)));
+  }
+
+  static size_t RoundUpToPowerOfTwo(size_t n) {
+    size_t power = 1;
+    while (power < n) power *= 2;
+    return power;
+  }
+
   template <class IsName, class HashOfName>
   int FirstNamed(IsName isName, HashOfName hashOfName) const {
+    // A base never changes while it is read through: its first property of the name comes
+    // before any of this table's own.
+    if (base) {
+      const int inBase = base->FirstNamed(isName, hashOfName);
+      if (inBase >= 0) return inBase;
+      for (size_t i = 0; i < items.size(); ++i)
+        if (isName(items[i].name)) return static_cast<int>(BaseCount() + i);
+      return -1;
+    }
     if (slots.empty()) {
       for (size_t i = 0; i < items.size(); ++i)
         if (isName(items[i].name)) return static_cast<int>(i);
@@ -200,16 +267,26 @@ struct KZylObject::PropertyTable {
     slots.assign(size, Slot{0, -1});
     for (size_t i = 0; i < items.size(); ++i) Place(items[i].name->hash, static_cast<int32_t>(i));
   }
+
+  // A flat table's properties; a layered table's own, after its base's.
+  Items items;
+  // Never more than half full, so that every probe ends at a free slot; empty while scanning
+  // and in a layered table.
+  std::vector<Slot, PooledAllocator<Slot>> slots;
+  // The properties of the base that this table wrote.
+  std::vector<Override, PooledAllocator<Override>> overrides;
+  // The flat, shared table read through; null for a flat table.
+  PropertyTable* base = nullptr;
 };
 
 const KZylPropertyData* KZylProperty::Data() const {
   if (!IsValid() || mIndex >= mOwner->GetPropertyCount()) return nullptr;
-  return &mOwner->mProperties->items[static_cast<size_t>(mIndex)];
+  return &mOwner->mProperties->At(static_cast<size_t>(mIndex));
 }
 
 KZylPropertyData* KZylProperty::WritableData() {
   if (!IsValid() || mIndex >= mOwner->GetPropertyCount()) return nullptr;
-  return &mOwner->OwnProperties().items[static_cast<size_t>(mIndex)];
+  return &mOwner->OwnProperties().WritableAt(static_cast<size_t>(mIndex));
 }
 
 KZylProperty KZylProperty::Create(KZylObject* owner, const KString& name, EZylType type, const char* label) {
@@ -496,7 +573,7 @@ void KZylObject::KeepClassProperties(const KZylClassId& classId) {
   mManager->mClassProperties.emplace(&classId, mProperties);
 }
 
-int KZylObject::GetPropertyCount() const { return mProperties ? static_cast<int>(mProperties->items.size()) : 0; }
+int KZylObject::GetPropertyCount() const { return mProperties ? static_cast<int>(mProperties->Count()) : 0; }
 
 const KError& KZylObject::GetError() const {
   static const KError none;
@@ -546,7 +623,7 @@ KZylObject::PropertyTable& KZylObject::OwnProperties() {
 
 void KZylObject::ReserveProperties(int count) {
   if (count <= 0) return;
-  OwnProperties().items.reserve(static_cast<size_t>(count));
+  OwnProperties().Reserve(static_cast<size_t>(count));
 }
 
 KZylScene* KZylObject::GetScene() const {
@@ -571,16 +648,16 @@ KZylObject* KZylObject::CreateSameKind(KZylSdkManager&, const char*) const { ret
 // copy adds them.
 bool KZylObject::PropertiesCopyAsShared(const KZylObject& source) const {
   if (source.mManager != mManager || !source.mProperties) return false;
-  const auto& theirs = source.mProperties->items;
-  const size_t own = mProperties ? mProperties->items.size() : 0;
-  if (own > theirs.size()) return false;
-  for (size_t i = 0; i < theirs.size(); ++i) {
-    const KZylPropertyData& their = theirs[i];
+  const PropertyTable& theirs = *source.mProperties;
+  const size_t own = mProperties ? mProperties->Count() : 0;
+  if (own > theirs.Count()) return false;
+  for (size_t i = 0; i < theirs.Count(); ++i) {
+    const KZylPropertyData& their = theirs.At(i);
     if (i >= own) {
       if (!their.dynamic) return false;
       continue;
     }
-    const KZylPropertyData& mine = mProperties->items[i];
+    const KZylPropertyData& mine = mProperties->At(i);
     if (mine.name != their.name || mine.type != their.type || mine.dynamic != their.dynamic) return false;
   }
   return true;
@@ -592,7 +669,9 @@ void KZylObject::CopyFrom(const KZylObject& source) {
     ShareProperties(source.mProperties);
     return;
   }
-  for (const KZylPropertyData& property : source.mProperties->items) {
+  const PropertyTable& theirs = *source.mProperties;
+  for (size_t i = 0; i < theirs.Count(); ++i) {
+    const KZylPropertyData& property = theirs.At(i);
     // Each manager keeps a name once: properties are matched by this manager's entry for it.
     const PropertyName* name = source.mManager == mManager ? property.name
                                                            : mManager->mPropertyNames->Intern(property.name->text.Std());
@@ -600,9 +679,9 @@ void KZylObject::CopyFrom(const KZylObject& source) {
     if (index < 0) {
       index = GetPropertyCount();
       OwnProperties().Add(name, property.type);
-      mProperties->items.back().dynamic = true;
+      OwnProperties().WritableAt(static_cast<size_t>(index)).dynamic = true;
     }
-    KZylPropertyData& data = OwnProperties().items[static_cast<size_t>(index)];
+    KZylPropertyData& data = OwnProperties().WritableAt(static_cast<size_t>(index));
     if (data.type == property.type) data.CopyValue(property);
   }
 }

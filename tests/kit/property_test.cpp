@@ -214,6 +214,38 @@ TEST_F(PropertyTest, ACopyOfAWrittenCopyKeepsItsValues) {
 
 // Materials of a class start from the same defaults: what one writes, adds or loses with its
 // destruction never reaches a material made later, of its class or another, in any manager.
+TEST_F(PropertyTest, ACopyThatWritesOrAddsManyPropertiesKeepsThemAllInOrder) {
+  KZylSurfacePhong* original = KZylSurfacePhong::Create(&manager, "original");
+  auto* copy = static_cast<KZylSurfacePhong*>(original->Clone());
+  const int count = copy->GetPropertyCount();
+  std::vector<KString> names;
+  for (int i = 0; i < count; ++i) names.push_back(copy->GetProperty(i).GetName());
+  // Every numeric property written, one after the other, then forty added.
+  for (int i = 0; i < count; ++i) copy->GetProperty(i).Set(100.0 + i);
+  copy->GetProperty(count - 1).Set(KZylColor(4, 5, 6));
+  for (int i = 0; i < 40; ++i) KZylProperty::Create(copy, KString("added") + i, eZylDouble).Set(1000.0 + i);
+  ASSERT_EQ(copy->GetPropertyCount(), count + 40);
+  for (int i = 0; i < count; ++i) {
+    const KZylProperty property = copy->GetProperty(i);
+    EXPECT_EQ(property.GetName(), names[static_cast<size_t>(i)]) << i;
+    EXPECT_EQ(copy->FindProperty(names[static_cast<size_t>(i)]).GetName(), names[static_cast<size_t>(i)]) << i;
+    const KZylProperty fresh = original->GetProperty(i);
+    if (fresh.GetPropertyDataType() == eZylDouble) {
+      EXPECT_EQ(property.GetDouble(), 100.0 + i) << i;
+      EXPECT_NE(fresh.GetDouble(), 100.0 + i) << i;
+    }
+  }
+  for (int i = 0; i < 40; ++i) EXPECT_EQ(copy->FindProperty(KString("added") + i).GetDouble(), 1000.0 + i) << i;
+  EXPECT_EQ(original->GetPropertyCount(), count);
+  EXPECT_FALSE(original->FindProperty("added0").IsValid());
+  // A copy of the copy reads the same, and writes of its own stay its own.
+  auto* second = static_cast<KZylSurfacePhong*>(copy->Clone());
+  second->GetShininess().Set(-1.0);
+  EXPECT_EQ(second->FindProperty("added39").GetDouble(), 1039.0);
+  EXPECT_NE(copy->GetShininess().GetDouble(), -1.0);
+  EXPECT_EQ(second->GetPropertyCount(), count + 40);
+}
+
 TEST_F(PropertyTest, NewMaterialsStartFromTheirClassDefaultsWhateverEarlierOnesWrote) {
   KZylSurfacePhong* first = KZylSurfacePhong::Create(&manager, "first");
   first->GetShininess().Set(5.0);
