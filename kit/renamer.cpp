@@ -1,6 +1,6 @@
 #include "kit/renamer.h"
 
-#include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <string_view>
 #include <utility>
@@ -11,19 +11,26 @@ namespace zylsdk {
 namespace {
 
 // True when two of the nodes share a non-empty name. Most scenes have none, and finding that
-// out costs far less than the renaming's sets of names: the names' hashes are sorted, and only
-// names of equal hash are compared.
+// out costs far less than the renaming's sets of names: each name goes into an open-addressing
+// table of their hashes (at most half full), where it meets only the names of its probe run.
 bool HasRepeatedName(const std::vector<KZylNode*>& nodes) {
-  std::vector<std::pair<size_t, std::string_view>> names;
-  names.reserve(nodes.size());
-  for (const KZylNode* node : nodes) {
-    const std::string_view name = node->GetName().Std();
-    if (!name.empty()) names.emplace_back(std::hash<std::string_view>()(name), name);
+  struct Slot {
+    uint32_t hash;
+    uint32_t node;  // the node's index plus one; 0 for a free slot
+  };
+  size_t size = 64;
+  while (size < nodes.size() * 2) size *= 2;
+  const size_t mask = size - 1;
+  std::vector<Slot> slots(size, Slot{0, 0});
+  for (size_t i = 0; i < nodes.size(); ++i) {
+    const std::string_view name = nodes[i]->GetName().Std();
+    if (name.empty()) continue;
+    const uint32_t hash = static_cast<uint32_t>(std::hash<std::string_view>()(name));
+    size_t at = hash & mask;
+    for (; slots[at].node != 0; at = (at + 1) & mask)
+      if (slots[at].hash == hash && nodes[slots[at].node - 1]->GetName().Std() == name) return true;
+    slots[at] = {hash, static_cast<uint32_t>(i + 1)};
   }
-  std::sort(names.begin(), names.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-  for (size_t i = 0; i < names.size(); ++i)
-    for (size_t j = i + 1; j < names.size() && names[j].first == names[i].first; ++j)
-      if (names[j].second == names[i].second) return true;
   return false;
 }
 

@@ -54,6 +54,20 @@ TEST_F(RenamerTest, RenamedNamesStayUniqueAmongAllNodes) {
   EXPECT_EQ(Names(), (std::vector<std::string>{"a", "a3", "a1", "a11", "a2"}));
 }
 
+TEST_F(RenamerTest, OneRepeatAmongThousandsOfNamesIsFound) {
+  KZylNode* root = scene->GetRootNode();
+  for (int i = 0; i < 3000; ++i) Add(root, ("n" + std::to_string(i)).c_str());
+  KZylSceneRenamer(*scene).RenameFor(KZylSceneRenamer::eColladaToZyl);
+  EXPECT_EQ(Names()[2999], "n2999");
+  // The last node repeats one from the middle.
+  Add(root, "n1500");
+  KZylSceneRenamer(*scene).RenameFor(KZylSceneRenamer::eColladaToZyl);
+  const std::vector<std::string> names = Names();
+  ASSERT_EQ(names.size(), 3001u);
+  EXPECT_EQ(names[1500], "n1500");
+  EXPECT_EQ(names[3000], "n15001");
+}
+
 TEST_F(RenamerTest, TheRootIsNotRenamedAndOtherModesDoNothing) {
   KZylNode* root = scene->GetRootNode();
   Add(root, "RootNode");
