@@ -193,6 +193,10 @@ struct KZylObject::PropertyTable {
     }
   }
 
+  // The flat table whose properties this one lists first, with their names, types and kinds:
+  // itself or its base.
+  const PropertyTable* Layout() const { return base ? base : this; }
+
   void Reserve(size_t count) {
     if (count > BaseCount()) items.reserve(count - BaseCount());
   }
@@ -651,7 +655,10 @@ bool KZylObject::PropertiesCopyAsShared(const KZylObject& source) const {
   const PropertyTable& theirs = *source.mProperties;
   const size_t own = mProperties ? mProperties->Count() : 0;
   if (own > theirs.Count()) return false;
-  for (size_t i = 0; i < theirs.Count(); ++i) {
+  // A copy of a material starts from the same class table as its source: nothing to compare.
+  const bool sameLayout = mProperties && mProperties->Layout() == theirs.Layout() &&
+                          own <= theirs.Layout()->Count();
+  for (size_t i = sameLayout ? own : 0; i < theirs.Count(); ++i) {
     const KZylPropertyData& their = theirs.At(i);
     if (i >= own) {
       if (!their.dynamic) return false;
