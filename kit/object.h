@@ -185,8 +185,9 @@ class KZylObject : public KZylPlug {
   // A new object of the same class, owned by the same manager, holding copies of every
   // property value and of the class's own fields. References to other objects are copied as
   // references. The kind is accepted for compatibility; every clone is a deep copy of values.
-  // (The copy holds its source's properties until either of them writes one, so that copying
-  // costs little memory; no write to one is ever seen by the other.)
+  // (The copy holds its source's properties until either of them writes one, and the writer
+  // then keeps only what it wrote, so that copying costs little memory; no write to one is
+  // ever seen by the other.)
   KZylObject* Clone(int cloneKind = 2) const;
 
   // Removes the object from every place in the kit that refers to it and frees it.
