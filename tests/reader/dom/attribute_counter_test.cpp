@@ -160,6 +160,22 @@ class PlainCount {
   size_t mMost = 0;
 };
 
+// Scans `document` in random pieces of up to `longestPiece` bytes, expecting after each piece
+// the answer of the byte-at-a-time rules.
+void ExpectTheRulesReadAByteAtATime(const std::string& document, size_t limit, size_t longestPiece,
+                                    std::mt19937& random, int round) {
+  AttributeCounter counter(limit);
+  PlainCount plain;
+  for (size_t at = 0; at < document.size();) {
+    const size_t piece = std::min<size_t>(1 + random() % longestPiece, document.size() - at);
+    for (size_t i = 0; i < piece; ++i) plain.Take(document[at + i]);
+    ASSERT_EQ(counter.Scan(document.data() + at, piece), plain.Most() <= limit)
+        << "round " << round << ", up to byte " << at + piece << " of:\n" << document;
+    at += piece;
+  }
+  EXPECT_EQ(counter.Exceeded(), plain.Most() > limit) << round;
+}
+
 TEST(AttributeCounter, AgreesWithTheRulesReadAByteAtATimeOnRandomMarkup) {
   const std::vector<std::string> fragments = {
       "<a", "<node", " b=\"x=>y\"", " c='q\"=>'", " d=1", ">", "/>", "</a>", "text=more", "=", "\"", "'", "<",
@@ -170,17 +186,7 @@ TEST(AttributeCounter, AgreesWithTheRulesReadAByteAtATimeOnRandomMarkup) {
     std::string document;
     const int parts = 1 + static_cast<int>(random() % 120);
     for (int i = 0; i < parts; ++i) document += fragments[random() % fragments.size()];
-    const size_t limit = random() % 6;
-    AttributeCounter counter(limit);
-    PlainCount plain;
-    for (size_t at = 0; at < document.size();) {
-      const size_t piece = std::min<size_t>(1 + random() % 300, document.size() - at);
-      for (size_t i = 0; i < piece; ++i) plain.Take(document[at + i]);
-      ASSERT_EQ(counter.Scan(document.data() + at, piece), plain.Most() <= limit)
-          << "round " << round << ", up to byte " << at + piece << " of:\n" << document;
-      at += piece;
-    }
-    EXPECT_EQ(counter.Exceeded(), plain.Most() > limit) << round;
+    ExpectTheRulesReadAByteAtATime(document, random() % 6, 300, random, round);
   }
 }
 
@@ -207,17 +213,7 @@ TEST(AttributeCounter, AgreesWithTheRulesReadAByteAtATimeOnLongTags) {
         document += fragments[random() % fragments.size()];
       }
     }
-    const size_t limit = 64 + random() % 80;
-    AttributeCounter counter(limit);
-    PlainCount plain;
-    for (size_t at = 0; at < document.size();) {
-      const size_t piece = std::min<size_t>(1 + random() % 500, document.size() - at);
-      for (size_t i = 0; i < piece; ++i) plain.Take(document[at + i]);
-      ASSERT_EQ(counter.Scan(document.data() + at, piece), plain.Most() <= limit)
-          << "round " << round << ", up to byte " << at + piece << " of:\n" << document;
-      at += piece;
-    }
-    EXPECT_EQ(counter.Exceeded(), plain.Most() > limit) << round;
+    ExpectTheRulesReadAByteAtATime(document, 64 + random() % 80, 500, random, round);
   }
 }
 
