@@ -19,7 +19,7 @@ constexpr std::string_view kDefaultCameras[] = {"persp", "top", "bottom", "left"
 
 bool IsDefaultViewCamera(const KString& id) {
   // Every node's id comes here: lengths compare first, without a pass over the id's text.
-  const std::string_view name(id.Buffer(), static_cast<size_t>(id.GetLen()));
+  const std::string_view name = id.Std();
   for (std::string_view camera : kDefaultCameras)
     if (name == camera) return true;
   return false;

@@ -164,7 +164,7 @@ bool AttributeCounter::ScanPlainTags(const char* window, uint64_t opens, uint64_
   const uint64_t inMarkup = PrefixParity(tagOpens | tagCloses) ^ (inTag || quoted ? ~uint64_t{0} : 0);
   if ((tagOpens & ~inMarkup) || (tagCloses & inMarkup) || (doubleQuotes & ~inMarkup)) return false;
   const uint64_t attributeSigns = equals & ~insideQuotes;
-  const bool continuedStartTag = mState == State::kStartTag || (quoted && mState == State::kQuoted);
+  const bool continuedStartTag = mState == State::kStartTag || mState == State::kQuoted;
   if (continuedStartTag) {
     mAttributes += static_cast<size_t>(CountBits(attributeSigns & BelowLowest(tagCloses)));
     mExceeded = mAttributes > mMaxAttributes;

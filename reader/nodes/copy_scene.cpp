@@ -148,12 +148,12 @@ class SceneLinks {
 namespace {
 
 // The nodes a copy brought, listed as it copied them (the root, whose attribute each copy
-// replaces, then the copied subtrees), with the subtrees of the root's children before
-// `firstCopiedChild` put after the root: every node of the scene for its first copy.
-std::vector<KZylNode*> WithEarlierNodes(std::vector<KZylNode*> copied, KZylNode* root, int firstCopiedChild) {
-  if (firstCopiedChild == 0) return copied;
+// replaces, then the copied subtrees), with the subtrees of the root's first `earlierChildren`
+// children put after the root: every node of the scene for its first copy.
+std::vector<KZylNode*> WithEarlierNodes(std::vector<KZylNode*> copied, KZylNode* root, int earlierChildren) {
+  if (earlierChildren == 0) return copied;
   std::vector<KZylNode*> nodes(1, root);
-  for (int i = 0; i < firstCopiedChild; ++i) AppendSubtree(root->GetChild(i), nodes);
+  for (int i = 0; i < earlierChildren; ++i) AppendSubtree(root->GetChild(i), nodes);
   nodes.insert(nodes.end(), copied.begin() + 1, copied.end());
   return nodes;
 }
@@ -189,7 +189,7 @@ bool KZylReaderCollada::CopyScene(KZylScene* destination, KZylScene* source) {
     return mStatus = true;
   }
   if (firstCopy) links = std::make_shared<SceneLinks>(*destination);
-  links->Add(firstCopy ? WithEarlierNodes(std::move(copied), destination->GetRootNode(), firstCopiedChild) : copied);
+  links->Add(WithEarlierNodes(std::move(copied), destination->GetRootNode(), firstCopy ? firstCopiedChild : 0));
   return mStatus = true;
 }
 
