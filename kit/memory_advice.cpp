@@ -23,7 +23,7 @@ constexpr size_t kHugePage = size_t{2} << 20;
 
 std::atomic<size_t> gMappedBytes{0};
 
-#if defined(__linux__) && (defined(MADV_HUGEPAGE) || defined(MADV_POPULATE_WRITE))
+#if defined(__linux__)
 // Gives the system `advice` for the whole units of `unit` bytes (a power of two) inside
 // [data, data + bytes). Advice only: a system that refuses it reads at the usual cost.
 void AdviseWholeUnits(const void* data, size_t bytes, uintptr_t unit, int advice) {
@@ -61,6 +61,16 @@ void PrepareForWriting(void* data, size_t bytes) {
   constexpr size_t kWorthIt = 8 * 1024;
   if (data && bytes >= kWorthIt)
     AdviseWholeUnits(data, bytes, static_cast<uintptr_t>(sysconf(_SC_PAGESIZE)), MADV_POPULATE_WRITE);
+#else
+  (void)data;
+  (void)bytes;
+#endif
+}
+
+void GiveBackPages(void* data, size_t bytes) {
+#if defined(__linux__) && defined(MADV_DONTNEED)
+  // Only whole pages go: the allocator's own words next to the range stay where they are.
+  if (data && bytes > 0) AdviseWholeUnits(data, bytes, static_cast<uintptr_t>(sysconf(_SC_PAGESIZE)), MADV_DONTNEED);
 #else
   (void)data;
   (void)bytes;

@@ -97,6 +97,12 @@ size_t MappedLargeBlockBytes();
 // systems without the facility, are left to fault as usual.
 void PrepareForWriting(void* data, size_t bytes);
 
+// Hands the whole pages inside [data, data + bytes) back to the system now, for memory that is
+// read no more before it is freed (the front of an array read once, in order): what is made next
+// can then take them instead of new ones. Reading them afterwards gives zeros. Systems without
+// the facility keep them until the memory is freed.
+void GiveBackPages(void* data, size_t bytes);
+
 // Makes room for at least `count` items, advised as above.
 template <class T>
 void ReserveLarge(std::vector<T>& items, size_t count) {

@@ -44,6 +44,19 @@ void DaeDocument::ReleaseLists(const DaeElement& element) {
   }
 }
 
+void DaeDocument::ReleaseListFront(const DaeElement& list, size_t count) {
+  if (!list.mHoldsValues) return;
+  // The document owns its lists; its readers see them as const.
+  StreamedValues& values = const_cast<StreamedValues&>(*list.mValues);
+  auto front = [count](auto& items) { GiveBackPages(items.data(), std::min(count, items.size()) * sizeof(items[0])); };
+  switch (values.kind) {
+    case ValueKind::kDoubles: front(values.doubles); break;
+    case ValueKind::kInts: front(values.ints); break;
+    // A word owns its characters elsewhere: its own memory is not given back before it is freed.
+    case ValueKind::kWords: break;
+  }
+}
+
 char* DaeDocument::Allocate(size_t bytes, size_t alignment) {
   size_t start = (mBlockUsed + alignment - 1) / alignment * alignment;
   if (mBlocks.empty() || start + bytes > mBlockSize) {

@@ -112,6 +112,9 @@ class DaeDocument {
   // Gives back the memory of the lists of `element` and of its descendants, for a part of the
   // document that is read for good: those lists read as empty from then on.
   void ReleaseLists(const DaeElement& element);
+  // Gives back the memory of the first `count` values of the list `list` (whole pages of it),
+  // for a list whose reader reads it once, in order: those values read as 0 from then on.
+  void ReleaseListFront(const DaeElement& list, size_t count);
 
  private:
   friend class DaeTreeBuilder;

@@ -1,6 +1,7 @@
 // Large blocks: writable from end to end, aligned to a huge page and counted apart from the heap
 // when they have a mapping of their own, and handed over by moves without being freed twice.
-// Memory prepared for writing: mapped at once, whole pages only, never past the room it is told.
+// Memory prepared for writing: mapped at once, whole pages only, never past the room it is told;
+// memory given back: whole pages only, read as zeros afterwards.
 
 #include <gtest/gtest.h>
 
@@ -370,6 +371,24 @@ TEST(WriteAhead, StartsAgainWhereNewRoomHoldsNoDataYet) {
   EXPECT_TRUE(second.Resident(kMegabyte + kPage));
   EXPECT_TRUE(second.Resident(2 * kMegabyte - kPage));
   EXPECT_FALSE(second.Resident(2 * kMegabyte + kPage));
+}
+
+TEST(GiveBackPages, GivesBackTheWholePagesInsideTheRangeAndKeepsTheRest) {
+  FreshRoom room(16 * kPage);
+  ASSERT_NE(room.data(), nullptr);
+  std::memset(room.data(), 7, 16 * kPage);
+  // From the middle of the second page to the middle of the tenth.
+  GiveBackPages(room.data() + kPage + 10, 8 * kPage);
+  EXPECT_TRUE(room.Resident(kPage));  // only partly inside
+  for (size_t page = 2; page < 9; ++page) {
+    EXPECT_FALSE(room.Resident(page * kPage)) << page;
+    EXPECT_EQ(room.data()[page * kPage], 0) << page;  // read again, as zeros
+  }
+  EXPECT_TRUE(room.Resident(9 * kPage));
+  EXPECT_EQ(room.data()[kPage + 9], 7);
+  EXPECT_EQ(room.data()[2 * kPage - 1], 7);
+  EXPECT_EQ(room.data()[9 * kPage], 7);
+  EXPECT_EQ(room.data()[15 * kPage], 7);
 }
 
 #endif

@@ -126,6 +126,40 @@ TEST(ElementTree, ReleasingListsEmptiesThoseOfTheElementAndItsDescendantsOnly) {
   EXPECT_EQ(DAE_GetInts(findChildByType(nextSiblingElement(after), "vcount"), ints), (std::vector<int>{7}));
 }
 
+TEST(ElementTree, ReleasingTheFrontOfAListGivesBackItsWholePagesOnly) {
+  // Two lists of 20,000 values each, every value 5 (more than a page of each kind).
+  std::string text = "<s><p>";
+  for (int i = 0; i < 20000; ++i) text += "5 ";
+  text += "</p><float_array>";
+  for (int i = 0; i < 20000; ++i) text += "5 ";
+  text += "</float_array><Name_array>a b</Name_array></s>";
+  DaeDocumentPtr document = ParseOrFail(text.c_str());
+  DaeElement* root = document->Root();
+  DaeElement* p = findChildByType(root, "p");
+  DaeElement* floats = findChildByType(root, "float_array");
+  document->ReleaseListFront(*p, 10000);
+  document->ReleaseListFront(*floats, 10000);
+  document->ReleaseListFront(*findChildByType(root, "Name_array"), 1);
+  document->ReleaseListFront(*root, 5);  // not a list: nothing happens
+  std::vector<int> ints;
+  std::vector<double> doubles;
+  std::vector<KString> words;
+  const std::vector<int>& intValues = DAE_GetInts(p, ints);
+  const std::vector<double>& doubleValues = DAE_GetDoubles(floats, doubles);
+  ASSERT_EQ(intValues.size(), 20000u);
+  ASSERT_EQ(doubleValues.size(), 20000u);
+  // Whole pages of the front read as zeros, everything past the front is kept.
+#if defined(__linux__)
+  EXPECT_EQ(intValues[5000], 0);
+  EXPECT_EQ(doubleValues[5000], 0.0);
+#endif
+  for (size_t i = 10000; i < 20000; ++i) {
+    ASSERT_EQ(intValues[i], 5) << i;
+    ASSERT_EQ(doubleValues[i], 5.0) << i;
+  }
+  EXPECT_EQ(DAE_GetWords(findChildByType(root, "Name_array"), words), (std::vector<KString>{"a", "b"}));
+}
+
 TEST(ElementTree, AListInsideAListIsReadFromItsText) {
   DaeDocumentPtr document = ParseOrFail("<p>1 <p>2 3</p> 4</p>");
   std::vector<int> outer;
