@@ -43,8 +43,9 @@ void KZylCluster::AddControlPointIndex(int index, double weight) {
 }
 
 void KZylCluster::ReserveControlPoints(int count) {
-  mIndices.ReserveToFill(count);
-  mWeights.ReserveToFill(count);
+  // Not mapped ahead: a skin's clusters fill while the lists they come from are given back.
+  mIndices.Reserve(count);
+  mWeights.Reserve(count);
 }
 
 void KZylCluster::CopyControlPointsFrom(const KZylCluster& source) {

@@ -68,6 +68,12 @@ class KZylReaderCollada : public KZylReader {
   void SetComplete(bool complete) { mComplete = complete; }
   // How much of a source the reading takes (every param and SID_array when complete).
   SourceRules SourceReadingRules() const { return mComplete ? SourceRules::Everything() : SourceRules{}; }
+  // While a library member whose lists nothing else reads is imported (ImportLibrary), its
+  // import gives back the lists of `element` once it has read them, or the first `count`
+  // values of a list it reads in order, without waiting for the member's end: what it makes
+  // next then takes their memory. Outside such a member, nothing is given back.
+  void ReleaseReadLists(const DaeElement* element);
+  void ReleaseReadListFront(const DaeElement* list, size_t count);
   void ResetFileInfo();
   // Kept for the reader interface: links are made while nodes are read. Returns true.
   bool ImportLink(KZylNode& node);
@@ -237,6 +243,8 @@ class KZylReaderCollada : public KZylReader {
     // question about them.
     std::optional<std::unordered_set<KString>> convexHullTargets;
     IdList<ControllerRecord> controllers;
+    // The library member being imported whose number lists only its own import reads.
+    const DaeElement* listsReadOnceIn = nullptr;
     IdList<DaeElement> animations;
     IdList<ChannelRecord> animationTargets;
     // The complete reading's `matrix` elements by "<node>/<sid>", and the channels on them,

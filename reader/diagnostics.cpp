@@ -7,6 +7,12 @@ namespace {
 
 constexpr int kNotificationCode = 6;
 
+// Whether `element` is `member` or one of its descendants.
+bool IsWithin(const DaeElement* element, const DaeElement* member) {
+  return element && member && &element->Document() == &member->Document() && element->Order() >= member->Order() &&
+         element->Order() < member->DescendantsEnd();
+}
+
 // The id, or else the name, of the element or of its nearest ancestor that has one.
 KString NearestIdentifiedElement(const DaeElement* element) {
   for (; element; element = element->Parent()) {
@@ -40,6 +46,15 @@ void KZylReaderCollada::ReleaseDocument() {
 
 void KZylReaderCollada::ReleaseListsOf(const DaeElement* element) {
   if (mDocument && element && &element->Document() == mDocument.get()) mDocument->ReleaseLists(*element);
+}
+
+void KZylReaderCollada::ReleaseReadLists(const DaeElement* element) {
+  if (IsWithin(element, mState->listsReadOnceIn)) ReleaseListsOf(element);
+}
+
+void KZylReaderCollada::ReleaseReadListFront(const DaeElement* list, size_t count) {
+  if (mDocument && IsWithin(list, mState->listsReadOnceIn) && &list->Document() == mDocument.get())
+    mDocument->ReleaseListFront(*list, count);
 }
 
 void KZylReaderCollada::AddNotificationWarning(KString text) {

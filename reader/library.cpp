@@ -79,8 +79,11 @@ bool KZylReaderCollada::ImportLibrary(KZylScene& scene, DaeElement* library) {
 
   for (DaeElement* child = firstChildElement(library); child; child = nextSiblingElement(child)) {
     if (!DAE_IsElement(child, member)) continue;
+    const bool readOnce = listsReadOnce && !IsHullOfAnother(child);
+    mState->listsReadOnceIn = readOnce ? child : nullptr;
     mStatus = import(child);
-    if (listsReadOnce && !IsHullOfAnother(child)) ReleaseListsOf(child);
+    mState->listsReadOnceIn = nullptr;
+    if (readOnce) ReleaseListsOf(child);
     if (!mStatus && failureEndsLibrary) return false;
   }
   mStatus = true;

@@ -156,6 +156,8 @@ bool KZylReaderCollada::ImportPolygons(DaeElement* meshElement, KZylMesh& mesh, 
     for (const AttributeInput& input : inputs.attributes)
       if (!layers.Import(input, lists)) return false;
   }
+  // The mesh's sources and primitives are read: their lists go before the normals are made.
+  ReleaseReadLists(meshElement);
   if (!layers.NormalsRead() && !keepNormals) mesh.ComputeVertexNormals(false);
   // The complete reading indexes the materials by polygon, as their mapping says.
   if (mComplete) materials.IndexEveryPolygon();

@@ -15,6 +15,9 @@
 namespace zylsdk {
 namespace {
 
+// The values of `v` read between two returns of their memory.
+constexpr size_t kReleaseStep = 64 * 1024;
+
 // The value of the input at `offset` in the group of `v` that starts at `start`; -1 past the end
 // of the list, and for an offset below 0, which names no value.
 int ValueAt(const std::vector<int>& v, int64_t start, int offset) {
@@ -24,11 +27,12 @@ int ValueAt(const std::vector<int>& v, int64_t start, int offset) {
 }
 
 // Walks `vcount` and `v` and calls visit(joint, vertex, weight index) for each group, in the
-// order of `v`. Joints outside the names (-1 stands for the bind shape) match no cluster and are
-// passed over. The walk ends with the `v` list: past it every joint would read as -1.
-template <class Visit>
+// order of `v`, and passed(vertices, values) after each vertex with how many of each list it has
+// read. Joints outside the names (-1 stands for the bind shape) match no cluster and are passed
+// over. The walk ends with the `v` list: past it every joint would read as -1.
+template <class Visit, class Passed>
 void ForEachJointWeight(const std::vector<int>& counts, const std::vector<int>& v, int stride, int jointOffset,
-                        int weightOffset, int jointCount, Visit&& visit) {
+                        int weightOffset, int jointCount, Visit&& visit, Passed&& passed) {
   const int64_t size = static_cast<int64_t>(v.size());
   int64_t start = 0;
   for (size_t vertex = 0; vertex < counts.size() && start < size; ++vertex) {
@@ -39,6 +43,7 @@ void ForEachJointWeight(const std::vector<int>& counts, const std::vector<int>& 
       if (joint >= 0 && joint < jointCount) visit(joint, static_cast<int>(vertex), ValueAt(v, start + k, weightOffset));
     }
     start += span;
+    passed(vertex + 1, static_cast<size_t>(std::min(start, size)));
   }
 }
 
@@ -81,28 +86,43 @@ bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, MeshSources&
   }
   // The document's own values, read where they are.
   std::vector<int> countStorage, valueStorage;
-  const std::vector<int>& counts = DAE_GetInts(findChildByType(vertexWeights, "vcount"), countStorage);
-  const std::vector<int>& v = DAE_GetInts(findChildByType(vertexWeights, "v"), valueStorage);
+  const DaeElement* countsElement = findChildByType(vertexWeights, "vcount");
+  const DaeElement* valuesElement = findChildByType(vertexWeights, "v");
+  const std::vector<int>& counts = DAE_GetInts(countsElement, countStorage);
+  const std::vector<int>& v = DAE_GetInts(valuesElement, valueStorage);
   const int jointCount = joints->GetCount();
   // Two walks: one counts each joint's weights so that its cluster is allocated once, the other
   // fills the clusters in the order of `v`. A weight index outside the weights gives 0.
   std::vector<int> weightsPerJoint(static_cast<size_t>(jointCount), 0);
-  ForEachJointWeight(counts, v, stride, jointOffset, weightOffset, jointCount,
-                     [&](int joint, int, int) { ++weightsPerJoint[static_cast<size_t>(joint)]; });
+  ForEachJointWeight(
+      counts, v, stride, jointOffset, weightOffset, jointCount,
+      [&](int joint, int, int) { ++weightsPerJoint[static_cast<size_t>(joint)]; }, [](size_t, size_t) {});
   // A joint that weighs no vertex still gets its cluster.
   std::vector<KZylCluster*> made;
   made.reserve(weightsPerJoint.size());
-  for (const int count : weightsPerJoint) {
+  for (size_t joint = 0; joint < weightsPerJoint.size(); ++joint) {
     KZylCluster* cluster = reader.CreateCluster();
     cluster->SetLinkMode(KZylCluster::eNormalize);
-    cluster->ReserveControlPoints(count);
     clusters.Add(cluster);
     made.push_back(cluster);
   }
-  ForEachJointWeight(counts, v, stride, jointOffset, weightOffset, jointCount, [&](int joint, int vertex, int weight) {
-    const double value = weight >= 0 && weight < weights->Count() ? weights->Item<double>(weight) : 0.0;
-    made[static_cast<size_t>(joint)]->AddControlPointIndex(vertex, value);
-  });
+  // The lists are read once, in order: what has been read goes while the clusters grow, and a
+  // cluster takes its room (all of it at once) only when its first weight comes.
+  size_t released = 0;
+  ForEachJointWeight(
+      counts, v, stride, jointOffset, weightOffset, jointCount,
+      [&](int joint, int vertex, int weight) {
+        const double value = weight >= 0 && weight < weights->Count() ? weights->Item<double>(weight) : 0.0;
+        KZylCluster& cluster = *made[static_cast<size_t>(joint)];
+        if (cluster.GetControlPointIndicesCount() == 0) cluster.ReserveControlPoints(weightsPerJoint[static_cast<size_t>(joint)]);
+        cluster.AddControlPointIndex(vertex, value);
+      },
+      [&](size_t vertices, size_t values) {
+        if (values - released < kReleaseStep) return;
+        reader.ReleaseReadListFront(countsElement, vertices);
+        reader.ReleaseReadListFront(valuesElement, values);
+        released = values;
+      });
   return true;
 }
 

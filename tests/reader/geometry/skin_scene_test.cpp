@@ -44,6 +44,51 @@ const KZylSkin* SkinOf(const KZylScene& scene, const char* node) {
   return geometry ? static_cast<const KZylSkin*>(geometry->GetDeformer(0, KZylDeformer::eSkin)) : nullptr;
 }
 
+// `vertices` points on a line, skinned to hip and knee: each vertex weighed 0.25 by the hip and
+// 0.75 by the knee, which makes a `v` list of four values a vertex.
+std::string LongSkinLibraries(int vertices) {
+  std::string points, vcount, v;
+  for (int i = 0; i < vertices; ++i) {
+    points += std::to_string(i) + " 0 0 ";
+    vcount += "2 ";
+    v += "0 0 1 1 ";
+  }
+  return "<library_geometries>" +
+         Geometry("body-geo", Mesh(FloatSource("body-pos", points, 3) +
+                                   "<vertices id=\"body-vtx\"><input semantic=\"POSITION\" source=\"#body-pos\"/></vertices>" +
+                                   "<triangles count=\"1\"><input semantic=\"VERTEX\" source=\"#body-vtx\" offset=\"0\"/>"
+                                   "<p>0 1 2</p></triangles>")) +
+         "</library_geometries><library_controllers>" +
+         Controller("body-skin", "<skin source=\"#body-geo\">" + NameSource("joints", "hip knee") +
+                                     MatrixSource("ibm", Translation(0, -1, 0) + Translation(0, -2, 0)) +
+                                     FloatSource("weights", "0.25 0.75", 1) + JointsElement() +
+                                     VertexWeights(vcount, v) + "</skin>") +
+         "</library_controllers>";
+}
+
+TEST(SkinScene, ALongSkinGetsEveryWeightWhileTheListsItReadAreGivenBack) {
+  // 200,000 values of `v`, given back in several steps while the clusters fill.
+  constexpr int kVertices = 50000;
+  const std::string document = SceneDocument(LongSkinLibraries(kVertices), kJoints + kBody);
+  for (const zyldae::ReadSettings& settings : BothModes()) {
+    const zyldae::ReadResult read = ReadText(document, settings);
+    ASSERT_TRUE(read.ok);
+    const KZylSkin* skin = SkinOf(*read.scene, "body");
+    ASSERT_NE(skin, nullptr);
+    ASSERT_EQ(skin->GetClusterCount(), 2);
+    for (int joint = 0; joint < 2; ++joint) {
+      const std::vector<int>& indices = skin->GetCluster(joint)->GetControlPointIndices().Std();
+      const std::vector<double>& weights = skin->GetCluster(joint)->GetControlPointWeights().Std();
+      ASSERT_EQ(indices.size(), static_cast<size_t>(kVertices)) << joint;
+      ASSERT_EQ(weights.size(), static_cast<size_t>(kVertices)) << joint;
+      for (int vertex = 0; vertex < kVertices; ++vertex) {
+        ASSERT_EQ(indices[static_cast<size_t>(vertex)], vertex) << joint;
+        ASSERT_EQ(weights[static_cast<size_t>(vertex)], joint == 0 ? 0.25 : 0.75) << joint << " " << vertex;
+      }
+    }
+  }
+}
+
 TEST(SkinScene, TheSkinnedMeshEndsWithClustersLinkedToTheScenesJoints) {
   const zyldae::ReadResult read = ReadText(SceneDocument(SkinLibraries(), kJoints + kBody));
   ASSERT_TRUE(read.ok);
