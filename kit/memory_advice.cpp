@@ -170,6 +170,7 @@ bool LargeBlock::TakeKeptPages(size_t least, size_t wanted) {
   mData = data;
   mSize = taken;
   mMapped = true;
+  mWritten = true;
   gMappedBytes += taken;
   return true;
 }
@@ -202,6 +203,7 @@ LargeBlock& LargeBlock::operator=(LargeBlock&& other) noexcept {
   std::swap(mData, other.mData);
   std::swap(mSize, other.mSize);
   std::swap(mMapped, other.mMapped);
+  std::swap(mWritten, other.mWritten);
   std::swap(mAlignment, other.mAlignment);
   return *this;
 }

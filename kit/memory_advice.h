@@ -43,7 +43,7 @@ class LargeBlock {
 
   LargeBlock(LargeBlock&& other) noexcept
       : mData(std::exchange(other.mData, nullptr)), mSize(other.mSize), mMapped(other.mMapped),
-        mAlignment(other.mAlignment) {}
+        mWritten(other.mWritten), mAlignment(other.mAlignment) {}
   LargeBlock& operator=(LargeBlock&& other) noexcept;
   LargeBlock(const LargeBlock&) = delete;
   LargeBlock& operator=(const LargeBlock&) = delete;
@@ -52,6 +52,9 @@ class LargeBlock {
   char* data() const { return mData; }
   // The room, in bytes: at least what was asked.
   size_t size() const { return mSize; }
+  // True for room made of pages a PageRecycling kept: written once already, they need no
+  // preparing for writing (PrepareForWriting, WriteAhead).
+  bool PagesWritten() const { return mWritten; }
 
  private:
   LargeBlock() = default;
@@ -62,6 +65,7 @@ class LargeBlock {
   char* mData = nullptr;
   size_t mSize = 0;
   bool mMapped = false;  // a mapping of its own (mSize bytes), or a plain allocation
+  bool mWritten = false;
   size_t mAlignment = alignof(std::max_align_t);
 };
 

@@ -57,7 +57,7 @@ void* ObjectMemory::Carve(size_t bytes) {
   // An object is written as soon as it is carved.
   char* const slab = mSlabs.back().data();
   const size_t used = static_cast<size_t>(mCursor - slab);
-  mAhead.Before(slab, 0, used + bytes, used + mLeft);
+  if (!mSlabs.back().PagesWritten()) mAhead.Before(slab, 0, used + bytes, used + mLeft);
   void* room = mCursor;
   mCursor += bytes;
   mLeft -= bytes;

@@ -148,6 +148,7 @@ TEST(PageRecycling, AFreedBlockLendsItsPagesToTheNextBlocksOfTheScope) {
   EXPECT_EQ(MappedLargeBlockBytes(), before);  // kept pages belong to no block
   LargeBlock first(2 * kHugePage - 100);
   EXPECT_EQ(first.data(), pages);
+  EXPECT_TRUE(first.PagesWritten());
   EXPECT_EQ(first.size(), 2 * kHugePage);  // whole huge pages: what is left starts on one
   EXPECT_EQ(recycling.KeptBytes(), kHugePage);
   LargeBlock second(kHugePage);
@@ -157,6 +158,12 @@ TEST(PageRecycling, AFreedBlockLendsItsPagesToTheNextBlocksOfTheScope) {
   // Nothing is kept any more: the next block is a mapping of its own.
   LargeBlock third(kHugePage);
   EXPECT_TRUE(third.data() < pages || third.data() >= pages + 3 * kHugePage);
+  EXPECT_FALSE(third.PagesWritten());
+  // Moves keep it.
+  LargeBlock moved(std::move(first));
+  EXPECT_TRUE(moved.PagesWritten());
+  third = std::move(moved);
+  EXPECT_TRUE(third.PagesWritten());
 }
 
 TEST(PageRecycling, ABlockTakesTheSmallestRunThatHoldsIt) {
