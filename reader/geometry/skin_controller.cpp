@@ -100,7 +100,7 @@ bool ReadVertexWeights(KZylReaderCollada& reader, DaeElement* skin, MeshSources&
   // A joint that weighs no vertex still gets its cluster.
   std::vector<KZylCluster*> made;
   made.reserve(weightsPerJoint.size());
-  for (size_t joint = 0; joint < weightsPerJoint.size(); ++joint) {
+  while (made.size() < weightsPerJoint.size()) {
     KZylCluster* cluster = reader.CreateCluster();
     cluster->SetLinkMode(KZylCluster::eNormalize);
     clusters.Add(cluster);
