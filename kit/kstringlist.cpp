@@ -3,6 +3,8 @@
 #include <functional>
 #include <string_view>
 
+#include "kit/half_full_table.h"
+
 namespace zylsdk {
 namespace {
 
@@ -82,9 +84,7 @@ void KStringList::CatchUp() const {
   if (mIndexed == mEntries.size()) return;
   if (mIndexed == 0 || 2 * mEntries.size() > mSlots.size()) {
     // A table at most half full for every entry; a new table takes every entry again.
-    size_t capacity = 16;
-    while (capacity < 2 * mEntries.size()) capacity *= 2;
-    mSlots.assign(capacity, Slot{0, 0});
+    mSlots.assign(HalfFullSlots(mEntries.size(), 16), Slot{0, 0});
     mIndexed = 0;
   }
   for (; mIndexed < mEntries.size(); ++mIndexed) IndexEntry(mIndexed);

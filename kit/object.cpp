@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "kit/half_full_table.h"
 #include "kit/manager.h"
 #include "kit/object_memory.h"
 #include "kit/property_names.h"
@@ -222,13 +223,7 @@ struct KZylObject::PropertyTable {
     items = std::move(all);
     overrides.clear();
     ReleaseTable(std::exchange(base, nullptr));
-    if (items.size() > kScanned) Rehash(std::max<size_t>(64, RoundUpToPowerOfTwo(items.size() * 2)));
-  }
-
-  static size_t RoundUpToPowerOfTwo(size_t n) {
-    size_t power = 1;
-    while (power < n) power *= 2;
-    return power;
+    if (items.size() > kScanned) Rehash(HalfFullSlots(items.size(), 64));
   }
 
   template <class IsName, class HashOfName>

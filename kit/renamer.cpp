@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "kit/half_full_table.h"
 #include "kit/scene.h"
 
 namespace zylsdk {
@@ -18,8 +19,7 @@ bool HasRepeatedName(const std::vector<KZylNode*>& nodes) {
     uint32_t hash;
     uint32_t node;  // the node's index plus one; 0 for a free slot
   };
-  size_t size = 64;
-  while (size < nodes.size() * 2) size *= 2;
+  const size_t size = HalfFullSlots(nodes.size(), 64);
   const size_t mask = size - 1;
   std::vector<Slot> slots(size, Slot{0, 0});
   for (size_t i = 0; i < nodes.size(); ++i) {

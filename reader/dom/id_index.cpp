@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "kit/half_full_table.h"
 #include "kit/memory_advice.h"
 #include "reader/dom/element.h"
 
@@ -61,8 +62,7 @@ void IdIndex::Add(std::string_view id, DaeElement* element) {
 
 void IdIndex::Build() {
   if (mAdded.empty()) return;
-  size_t slots = mSlots.empty() ? kFirstSlots : mSlots.size();
-  while (slots < 2 * (mUsed + mAdded.size())) slots *= 2;
+  const size_t slots = HalfFullSlots(mUsed + mAdded.size(), mSlots.empty() ? kFirstSlots : mSlots.size());
   if (slots != mSlots.size()) Resize(slots);
   const size_t mask = mSlots.size() - 1;
   constexpr size_t kAhead = 8;
