@@ -14,10 +14,14 @@ KZYL_IMPLEMENT_CLASS(KZylNode, KZylObject)
 
 KZylNode::KZylNode(KZylSdkManager& manager, const char* name) : KZylObject(manager, name) {}
 
-const KZylNode::PivotSet& KZylNode::Pivots(EPivotSet set) const {
+const KZylNode::PivotSet& KZylNode::DefaultPivots() {
   static const PivotSet defaults;
+  return defaults;
+}
+
+const KZylNode::PivotSet& KZylNode::Pivots(EPivotSet set) const {
   const std::unique_ptr<PivotSet>& pivots = PivotsOf(set);
-  return pivots ? *pivots : defaults;
+  return pivots ? *pivots : DefaultPivots();
 }
 
 KZylNode::PivotSet& KZylNode::Pivots(EPivotSet set) {

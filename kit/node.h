@@ -111,9 +111,11 @@ class KZylNode : public KZylObject, public KZylTakeNodeContainer {
   // as the defaults, and the many nodes that never have one do not carry it.
   const PivotSet& Pivots(EPivotSet set) const;
   PivotSet& Pivots(EPivotSet set);
+  // The values of a set never given one; one shared copy rather than a set made per call.
+  static const PivotSet& DefaultPivots();
   template <class Value>
   void SetPivotValue(EPivotSet set, Value PivotSet::*member, const Value& value) {
-    if (!PivotsOf(set) && SameBits(value, PivotSet().*member)) return;
+    if (!PivotsOf(set) && SameBits(value, DefaultPivots().*member)) return;
     Pivots(set).*member = value;
   }
   // Any value other than the destination set reads as the source set.

@@ -2,7 +2,6 @@
 // COLLADA document access: attributes, text and child elements of the reader's document tree
 // (reader/dom/element.h). Every helper accepts a null element and then answers "" or null.
 
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -16,11 +15,11 @@ namespace zylsdk {
 // The element's name; "" for null.
 const char* DAE_GetName(const DaeElement* element);
 // True when `node` is an element named `name`. Inline because nearly every element is asked
-// this many times; the first letter settles most answers before any string comparison.
+// this many times; the first letter settles most answers.
 inline bool DAE_IsElement(const DaeElement* node, const char* name) {
   if (!node) return false;
   const char* own = node->Name();
-  return own[0] == name[0] && std::strcmp(own, name) == 0;
+  return own[0] == name[0] && SameName(own, name);
 }
 // The value of the attribute `name`; "" when it is absent.
 KString DAE_GetProperty(const DaeElement* element, const char* name);

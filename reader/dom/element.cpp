@@ -1,7 +1,6 @@
 #include "reader/dom/element.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace zylsdk {
 namespace {
@@ -17,7 +16,7 @@ constexpr size_t kLargestBlockSize = 16 * 1024 * 1024;
 
 const char* DaeElement::FindAttribute(const char* name) const {
   for (uint32_t i = 0; i < mAttributeCount; ++i)
-    if (std::strcmp(mAttributes[i].name, name) == 0) return mAttributes[i].value;
+    if (SameName(mAttributes[i].name, name)) return mAttributes[i].value;
   return nullptr;
 }
 

@@ -36,6 +36,14 @@ struct DaeAttribute {
   const char* value;
 };
 
+// Whether two element or attribute names are equal. Names are a few letters long: comparing
+// them in place costs less than calling the library's comparison, which readers of nodes and
+// attributes do millions of times.
+inline bool SameName(const char* a, const char* b) {
+  while (*a != '\0' && *a == *b) ++a, ++b;
+  return *a == *b;
+}
+
 class DaeElement {
  public:
   const char* Name() const { return mName; }
