@@ -183,6 +183,19 @@ TEST(ElementTree, AttributesAsTheDocumentMeansThem) {
   EXPECT_FALSE(DAE_HasProperty(free, "sid"));  // the default is for "node" only
 }
 
+TEST(ElementTree, NamesMatchOnlyWhole) {
+  DaeDocumentPtr document = ParseOrFail("<r><rotate sidX=\"long\" sid=\"whole\" s=\"short\"/></r>");
+  DaeElement* rotate = firstChildElement(document->Root());
+  EXPECT_TRUE(DAE_IsElement(rotate, "rotate"));
+  EXPECT_FALSE(DAE_IsElement(rotate, "rotateX"));  // the element's name is a prefix
+  EXPECT_FALSE(DAE_IsElement(rotate, "rot"));      // the name asked is a prefix
+  EXPECT_FALSE(DAE_IsElement(rotate, ""));
+  EXPECT_EQ(DAE_GetProperty(rotate, "sid").Std(), "whole");
+  EXPECT_EQ(DAE_GetProperty(rotate, "s").Std(), "short");
+  EXPECT_FALSE(DAE_HasProperty(rotate, "si"));
+  EXPECT_FALSE(DAE_HasProperty(rotate, "sidXY"));
+}
+
 TEST(ElementTree, IdsAreFoundAmongDescendantsOnly) {
   DaeDocumentPtr document = ParseOrFail(
       "<r><a id=\"k\"/><b><c id=\"k\"/><d><e id=\"k\"/></d></b><f id=\"k\"/><g id=\"\"/></r>");
