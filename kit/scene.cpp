@@ -66,34 +66,54 @@ KZylPose* KZylScene::GetPose(int index) const {
   return (index >= 0 && index < GetPoseCount()) ? mPoses[static_cast<size_t>(index)] : nullptr;
 }
 
-std::vector<KZylNode*> KZylScene::GetNodes() const {
-  std::vector<KZylNode*> nodes;
-  if (!mRootNode) return nodes;
+namespace {
+
+// Visits the nodes below `root` depth first, children in order, until `visit` returns false.
+template <typename Visit>
+void VisitNodesBelow(KZylNode* root, Visit visit) {
+  if (!root) return;
   std::vector<KZylNode*> pending;
-  for (int i = mRootNode->GetChildCount() - 1; i >= 0; --i) pending.push_back(mRootNode->GetChild(i));
+  for (int i = root->GetChildCount() - 1; i >= 0; --i) pending.push_back(root->GetChild(i));
   while (!pending.empty()) {
     KZylNode* node = pending.back();
     pending.pop_back();
-    nodes.push_back(node);
+    if (!visit(node)) return;
     for (int i = node->GetChildCount() - 1; i >= 0; --i) pending.push_back(node->GetChild(i));
   }
+}
+
+}  // namespace
+
+std::vector<KZylNode*> KZylScene::GetNodes() const {
+  std::vector<KZylNode*> nodes;
+  VisitNodesBelow(mRootNode, [&](KZylNode* node) {
+    nodes.push_back(node);
+    return true;
+  });
   return nodes;
 }
 
 KZylNode* KZylScene::FindNodeByName(const KString& name) const {
   if (!mRootNode) return nullptr;
   if (mRootNode->GetName() == name) return mRootNode;
-  for (KZylNode* node : GetNodes())
-    if (node->GetName() == name) return node;
-  return nullptr;
+  KZylNode* found = nullptr;
+  VisitNodesBelow(mRootNode, [&](KZylNode* node) {
+    if (node->GetName() == name) found = node;
+    return !found;
+  });
+  return found;
 }
 
+// Walks the hierarchy itself rather than through GetNodes: a list of every node would cost a
+// document-sized allocation for the few that hold a geometry.
 const std::vector<KZylGeometry*>& KZylScene::Geometries() const {
   uint64_t version = GetZylSdkManager()->GetHierarchyVersion();
   if (version != mGeometriesVersion) {
     mGeometries.clear();
-    for (KZylNode* node : GetNodes())
+    VisitNodesBelow(mRootNode, [&](KZylNode* node) {
       if (KZylGeometry* geometry = node->GetGeometry()) mGeometries.push_back(geometry);
+      return true;
+    });
     mGeometriesVersion = version;
   }
   return mGeometries;

@@ -57,7 +57,8 @@ void DaeDocument::ReleaseListFront(const DaeElement& list, size_t count) {
 }
 
 char* DaeDocument::Allocate(size_t bytes, size_t alignment) {
-  size_t start = (mBlockUsed + alignment - 1) / alignment * alignment;
+  // Alignments are powers of two: a mask rounds up without a division.
+  size_t start = (mBlockUsed + alignment - 1) & ~(alignment - 1);
   if (mBlocks.empty() || start + bytes > mBlockSize) {
     const size_t blockSize = std::clamp(mBlockBytes / 4, kFirstBlockSize, kLargestBlockSize);
     if (bytes > blockSize / 4) {

@@ -128,7 +128,8 @@ class DaeDocument {
   friend class DaeTreeBuilder;
   friend class DaeElement;
 
-  // Storage that never moves: names, attributes and texts point into it.
+  // Storage that never moves: names, attributes and texts point into it. `alignment` is a
+  // power of two.
   char* Allocate(size_t bytes, size_t alignment);
 
   AlignedPages<DaeElement, DaeDocument> mElements;

@@ -7,8 +7,10 @@ namespace zylsdk {
 
 void ReadElementNumbers(const DaeElement* element, double* values, int count) {
   ElementText text(element);
-  const char* cursor = text.c_str();
-  for (int i = 0; i < count; ++i) values[i] = strtodouble(&cursor);
+  NumberReader reader(text.c_str());
+  // Numbers missing at the end of the text read as 0.
+  for (int i = 0; i < count; ++i)
+    if (!reader.Next(values[i])) values[i] = 0.0;
 }
 
 double ReadElementNumber(const DaeElement* element) {
