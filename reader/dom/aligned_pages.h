@@ -1,8 +1,8 @@
 #pragma once
 // An append-only sequence of small items that never move, in pages of 64 KB aligned to their
-// size. Each page starts with a header (its owner, the position of its first item, how many it
-// holds), so that an item finds its owner and its own position from its address alone and need
-// not hold them. Pages come in runs that double from one page to 32 (2 MB, backed by a huge page
+// size. Each page starts with a header (its owner and sequence, the position of its first item,
+// how many it holds), so that an item finds its owner, its position and its neighbours from its
+// address alone and need not hold them. Pages come in runs that double from one page to 32 (2 MB, backed by a huge page
 // when huge pages are wanted, see memory_advice.h) and stay at that size; a run is obtained
 // without touching it and mapped a step ahead of the items appended (WriteAhead). Finding an
 // item by position costs constant time.
@@ -27,8 +27,9 @@ class AlignedPages {
 
   struct Header {
     const Owner* owner;
-    uint32_t first;  // the position of the page's first item
-    uint32_t used;   // how many items the page holds
+    const AlignedPages* pages;  // the sequence the page belongs to
+    uint32_t first;             // the position of the page's first item
+    uint32_t used;              // how many items the page holds
   };
   static_assert(sizeof(Header) <= sizeof(T), "the header takes the room of one item");
   // Items per page: the first slot is the header's.
@@ -66,6 +67,16 @@ class AlignedPages {
     const Header& header = HeaderOf(item);
     return header.first + static_cast<size_t>(item - Items(&header));
   }
+  // The item `distance` positions after (or, negative, before) `item`; that item must exist.
+  // Every page but the last is full, so an existing item whose address falls among the slots
+  // of the same page is there: most neighbours are found from addresses alone.
+  static T* Near(const T* item, ptrdiff_t distance) {
+    const uintptr_t page = reinterpret_cast<uintptr_t>(item) & ~uintptr_t{kPageBytes - 1};
+    const uintptr_t address = reinterpret_cast<uintptr_t>(item) + static_cast<uintptr_t>(distance) * sizeof(T);
+    if (address - (page + sizeof(T)) <= kPerPage * sizeof(T) - sizeof(T)) return reinterpret_cast<T*>(address);
+    const Header& header = HeaderOf(item);
+    return &(*header.pages)[PositionOf(item) + static_cast<size_t>(distance)];
+  }
   // The item after `item` in the sequence, or null when it is the last.
   const T* After(const T* item) const {
     const Header& header = HeaderOf(item);
@@ -94,7 +105,7 @@ class AlignedPages {
     }
     char* page = mRuns.back().data() + mPagesTaken++ * kPageBytes;
     mAhead.Before(mRuns.back().data(), 0, static_cast<size_t>(page - mRuns.back().data()) + 2 * sizeof(T), mRunBytes);
-    mPage = new (page) Header{mOwner, static_cast<uint32_t>(mSize), 0};
+    mPage = new (page) Header{mOwner, this, static_cast<uint32_t>(mSize), 0};
     mPageItems.push_back(Items(mPage));
   }
 

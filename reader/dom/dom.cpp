@@ -104,10 +104,6 @@ KZylXMatrix DAE_GetMatrix(const DaeElement* element) {
 
 DaeElement* parentElement(const DaeElement* element) { return element ? element->Parent() : nullptr; }
 
-DaeElement* firstChildElement(const DaeElement* element) { return element ? element->FirstChild() : nullptr; }
-
-DaeElement* nextSiblingElement(const DaeElement* node) { return node ? node->NextSibling() : nullptr; }
-
 DaeElement* findChildByType(const DaeElement* element, const KString& type) {
   for (DaeElement* child = firstChildElement(element); child; child = nextSiblingElement(child))
     if (DAE_IsElement(child, type.Buffer())) return child;

@@ -51,8 +51,9 @@ KZylXMatrix DAE_GetMatrix(const DaeElement* element);
 // The parent element of `element`; null for the root and for null.
 DaeElement* parentElement(const DaeElement* element);
 // The first element child of `element` (any name), or null; the next element sibling, or null.
-DaeElement* firstChildElement(const DaeElement* element);
-DaeElement* nextSiblingElement(const DaeElement* node);
+// Inline: every walk over children takes these steps.
+inline DaeElement* firstChildElement(const DaeElement* element) { return element ? element->FirstChild() : nullptr; }
+inline DaeElement* nextSiblingElement(const DaeElement* node) { return node ? node->NextSibling() : nullptr; }
 // The first child element named `type`, in document order; null when there is none.
 DaeElement* findChildByType(const DaeElement* element, const KString& type);
 // Appends every child element named `type` to `out`, in document order.

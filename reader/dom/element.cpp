@@ -21,8 +21,8 @@ const char* DaeElement::FindAttribute(const char* name) const {
 }
 
 uint32_t DaeElement::DescendantsEnd() const {
-  for (const DaeElement* element = this; element; element = element->mParent)
-    if (element->mNextSibling) return element->mNextSibling->Order();
+  for (const DaeElement* element = this; element; element = element->Parent())
+    if (element->mNextSiblingDistance) return element->Order() + element->mNextSiblingDistance;
   return static_cast<uint32_t>(Document().ElementCount());
 }
 

@@ -49,10 +49,10 @@ class DaeElement {
   const char* Name() const { return mName; }
   // The line of the document where the element's start tag ends.
   int Line() const { return static_cast<int>(mLine); }
-  DaeElement* Parent() const { return mParent; }
+  DaeElement* Parent() const;
   // The first child is the element that follows in document order, when it is a child.
   DaeElement* FirstChild() const;
-  DaeElement* NextSibling() const { return mNextSibling; }
+  DaeElement* NextSibling() const;
   const DaeDocument& Document() const;
 
   // The attributes as written, in order, followed by any default a DTD declares for them.
@@ -80,17 +80,20 @@ class DaeElement {
   friend class DaeTreeBuilder;
   friend class DaeDocument;
 
-  // A document holds many elements: each is kept to 56 bytes. Its document and its number in
-  // document order are those of its page (see aligned_pages.h).
+  using Pages = AlignedPages<DaeElement, DaeDocument>;
+
+  // A document holds many elements: each is kept to 48 bytes. Its document and its number in
+  // document order are those of its page (see aligned_pages.h); its parent and its next sibling
+  // are given by their distance from it in document order (0: none), half a pointer each.
   const char* mName = "";
-  DaeElement* mParent = nullptr;
-  DaeElement* mNextSibling = nullptr;
   const DaeAttribute* mAttributes = nullptr;
   // A list element keeps its values and no text; any other element its text.
   union {
     const char* mText = "";
     const StreamedValues* mValues;
   };
+  uint32_t mParentDistance = 0;
+  uint32_t mNextSiblingDistance = 0;
   uint32_t mAttributeCount = 0;
   uint32_t mTextLength = 0;
   uint32_t mPositionInParentText = 0;
@@ -144,21 +147,25 @@ class DaeDocument {
   IdIndex mIds;
 };
 
-static_assert(sizeof(void*) != 8 || sizeof(DaeElement) == 56, "an element grew");
+static_assert(sizeof(void*) != 8 || sizeof(DaeElement) == 48, "an element grew");
 
-inline const DaeDocument& DaeElement::Document() const {
-  return AlignedPages<DaeElement, DaeDocument>::OwnerOf(this);
+inline const DaeDocument& DaeElement::Document() const { return Pages::OwnerOf(this); }
+
+inline uint32_t DaeElement::Order() const { return static_cast<uint32_t>(Pages::PositionOf(this)); }
+
+inline DaeElement* DaeElement::Parent() const {
+  return mParentDistance ? Pages::Near(this, -static_cast<ptrdiff_t>(mParentDistance)) : nullptr;
 }
 
-inline uint32_t DaeElement::Order() const {
-  return static_cast<uint32_t>(AlignedPages<DaeElement, DaeDocument>::PositionOf(this));
+inline DaeElement* DaeElement::NextSibling() const {
+  return mNextSiblingDistance ? Pages::Near(this, mNextSiblingDistance) : nullptr;
 }
 
 // Asked of the next element rather than of DescendantsEnd, which is known only once the document
 // is complete: the tree's builder looks at the children of elements still open.
 inline DaeElement* DaeElement::FirstChild() const {
   const DaeElement* next = Document().mElements.After(this);
-  return next && next->mParent == this ? const_cast<DaeElement*>(next) : nullptr;
+  return next && next->mParentDistance == 1 ? const_cast<DaeElement*>(next) : nullptr;
 }
 
 using DaeDocumentPtr = std::unique_ptr<DaeDocument>;

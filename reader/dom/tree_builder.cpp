@@ -73,14 +73,16 @@ void DaeTreeBuilder::StartElement(const DaeName& name, const Attributes& attribu
     element.mAttributes = stored;
     element.mAttributeCount = static_cast<uint32_t>(attributes.size());
   }
+  const uint32_t order = static_cast<uint32_t>(mDocument->mElements.size() - 1);
   if (!mOpen.empty()) {
     OpenElement& parent = mOpen.back();
-    element.mParent = parent.element;
+    element.mParentDistance = order - parent.order;
     element.mPositionInParentText = static_cast<uint32_t>(parent.text.size());
-    if (parent.lastChild) parent.lastChild->mNextSibling = &element;
+    if (parent.lastChild) parent.lastChild->mNextSiblingDistance = order - parent.lastChildOrder;
     parent.lastChild = &element;
+    parent.lastChildOrder = order;
   }
-  mOpen.push_back({&element, nullptr, std::string()});
+  mOpen.push_back({&element, nullptr, order, 0, std::string()});
   // A list inside a list is an ordinary element: its text already belongs to the outer list.
   if (!mList && name.isList) {
     mList = std::make_unique<ValueStream>(name.listKind, std::min(ExpectedListLength(element), mInputSize / 2 + 1));

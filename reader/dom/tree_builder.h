@@ -35,6 +35,9 @@ class DaeTreeBuilder {
   struct OpenElement {
     DaeElement* element;
     DaeElement* lastChild;
+    // Their numbers in document order, which the distances between relatives are made of.
+    uint32_t order;
+    uint32_t lastChildOrder;
     std::string text;
   };
 

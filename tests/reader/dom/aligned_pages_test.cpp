@@ -1,5 +1,6 @@
 // The pages that hold a document's elements: items stay where they were made, and each one finds
-// its owner, its position and the item after it from its own address, across pages and runs.
+// its owner, its position, the item after it and any item at a distance from its own address,
+// across pages and runs.
 
 #include "reader/dom/aligned_pages.h"
 
@@ -56,6 +57,26 @@ TEST(AlignedPages, TheLastItemOfAPageIsFollowedByTheFirstOfTheNext) {
   EXPECT_EQ(pages.After(last), &first);
   EXPECT_NE(&first, last + 1);
   EXPECT_EQ(Pages::PositionOf(&first), Pages::kPerPage);
+}
+
+TEST(AlignedPages, ItemsAtADistanceAreFoundWithinAndAcrossPages) {
+  Owner owner;
+  Pages pages(&owner);
+  const size_t count = 3 * Pages::kPerPage + 5;
+  std::vector<const Item*> made;
+  for (size_t i = 0; i < count; ++i) made.push_back(&pages.emplace_back());
+  // The first and last items of pages, their neighbours, and items inside pages: a distance that
+  // ends next to a page's header or its unused last bytes must still cross to the right page.
+  std::vector<size_t> positions = {0, 1, 2, count / 2, count - 2, count - 1};
+  for (size_t page = 1; page <= 3; ++page)
+    for (size_t position : {page * Pages::kPerPage - 2, page * Pages::kPerPage - 1, page * Pages::kPerPage,
+                            page * Pages::kPerPage + 1})
+      if (position < count) positions.push_back(position);
+  for (size_t from : positions)
+    for (size_t to : positions) {
+      const ptrdiff_t distance = static_cast<ptrdiff_t>(to) - static_cast<ptrdiff_t>(from);
+      ASSERT_EQ(Pages::Near(made[from], distance), made[to]) << from << " -> " << to;
+    }
 }
 
 TEST(AlignedPages, AnEmptySequenceHasNoItems) {
