@@ -1,6 +1,7 @@
 #include "reader/dom/element.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace zylsdk {
 namespace {
@@ -14,9 +15,27 @@ constexpr size_t kLargestBlockSize = 16 * 1024 * 1024;
 
 }  // namespace
 
+const char* DaeElement::WriteAttribute(char* room, const char* name, std::string_view value) {
+  const uint32_t length = static_cast<uint32_t>(value.size());
+  std::memcpy(room, &name, sizeof name);
+  std::memcpy(room + sizeof name, &length, sizeof length);
+  char* stored = room + kAttributeHeaderBytes;
+  std::memcpy(stored, value.data(), length);
+  stored[length] = '\0';
+  return stored;
+}
+
 const char* DaeElement::FindAttribute(const char* name) const {
-  for (uint32_t i = 0; i < mAttributeCount; ++i)
-    if (SameName(mAttributes[i].name, name)) return mAttributes[i].value;
+  const char* record = mAttributes;
+  for (uint32_t i = 0; i < mAttributeCount; ++i) {
+    const char* recordName;
+    uint32_t length;
+    std::memcpy(&recordName, record, sizeof recordName);
+    std::memcpy(&length, record + sizeof recordName, sizeof length);
+    const char* value = record + kAttributeHeaderBytes;
+    if (SameName(recordName, name)) return value;
+    record = value + length + 1;
+  }
   return nullptr;
 }
 

@@ -31,11 +31,6 @@ struct DaeName {
   ValueKind listKind = ValueKind::kDoubles;
 };
 
-struct DaeAttribute {
-  const char* name;
-  const char* value;
-};
-
 // Whether two element or attribute names are equal. Names are a few letters long: comparing
 // them in place costs less than calling the library's comparison, which readers of nodes and
 // attributes do millions of times.
@@ -55,10 +50,8 @@ class DaeElement {
   DaeElement* NextSibling() const;
   const DaeDocument& Document() const;
 
-  // The attributes as written, in order, followed by any default a DTD declares for them.
-  const DaeAttribute* Attributes() const { return mAttributes; }
-  uint32_t AttributeCount() const { return mAttributeCount; }
-  // The value of the attribute `name`; null when it is absent.
+  // The value of the attribute `name` (NUL-terminated, held by the document); null when it is
+  // absent. The attributes are those written, followed by any default a DTD declares for them.
   const char* FindAttribute(const char* name) const;
 
   // The text directly inside the element (children's text excluded), NUL-terminated; "" for
@@ -86,7 +79,9 @@ class DaeElement {
   // document order are those of its page (see aligned_pages.h); its parent and its next sibling
   // are given by their distance from it in document order (0: none), half a pointer each.
   const char* mName = "";
-  const DaeAttribute* mAttributes = nullptr;
+  // The attributes lie back to back, in order, each as its interned name (a pointer), the
+  // length of its value (4 bytes), the value and a NUL, unaligned: no byte is padding.
+  const char* mAttributes = nullptr;
   // A list element keeps its values and no text; any other element its text.
   union {
     const char* mText = "";
@@ -99,6 +94,11 @@ class DaeElement {
   uint32_t mPositionInParentText = 0;
   uint32_t mLine : 31;
   uint32_t mHoldsValues : 1;
+
+  static constexpr size_t kAttributeHeaderBytes = sizeof(const char*) + sizeof(uint32_t);
+  // Writes one attribute at `room` (kAttributeHeaderBytes + the value's size + 1 bytes); the
+  // stored value.
+  static const char* WriteAttribute(char* room, const char* name, std::string_view value);
 };
 
 class DaeDocument {

@@ -62,16 +62,17 @@ void DaeTreeBuilder::StartElement(const DaeName& name, const Attributes& attribu
   element.mName = name.text.data();
   element.mLine = static_cast<uint32_t>(std::max(0, line)) & 0x7fffffffu;
   if (!attributes.empty()) {
-    auto* stored = reinterpret_cast<DaeAttribute*>(
-        mDocument->Allocate(attributes.size() * sizeof(DaeAttribute), alignof(DaeAttribute)));
-    for (size_t i = 0; i < attributes.size(); ++i) {
-      stored[i].name = attributes[i].first->text.data();
-      stored[i].value = Store(attributes[i].second);
-      if (attributes[i].first == mIdName)
-        mDocument->mIds.Add(std::string_view(stored[i].value, attributes[i].second.size()), &element);
-    }
-    element.mAttributes = stored;
+    // One piece of storage for all of them.
+    size_t bytes = 0;
+    for (const auto& [attributeName, value] : attributes) bytes += DaeElement::kAttributeHeaderBytes + value.size() + 1;
+    char* room = mDocument->Allocate(bytes, 1);
+    element.mAttributes = room;
     element.mAttributeCount = static_cast<uint32_t>(attributes.size());
+    for (const auto& [attributeName, value] : attributes) {
+      const char* stored = DaeElement::WriteAttribute(room, attributeName->text.data(), value);
+      if (attributeName == mIdName) mDocument->mIds.Add(std::string_view(stored, value.size()), &element);
+      room += DaeElement::kAttributeHeaderBytes + value.size() + 1;
+    }
   }
   const uint32_t order = static_cast<uint32_t>(mDocument->mElements.size() - 1);
   if (!mOpen.empty()) {

@@ -35,8 +35,11 @@ TEST_F(DomAccess, PropertyTextPointsIntoTheDocumentForAPlainValue) {
   KString storage;
   const char* text = DAE_PropertyText(node, "sid", storage);
   EXPECT_STREQ(text, "rotateX");
-  EXPECT_EQ(text, node->Attributes()[0].value);
   EXPECT_TRUE(storage.IsEmpty());
+  // Another storage, the same characters: the document's own.
+  KString otherStorage;
+  EXPECT_EQ(DAE_PropertyText(node, "sid", otherStorage), text);
+  EXPECT_EQ(text, node->FindAttribute("sid"));
   EXPECT_STREQ(DAE_PropertyText(node, "empty", storage), "");
   EXPECT_STREQ(DAE_PropertyText(node, "missing", storage), "");
   EXPECT_STREQ(DAE_PropertyText(nullptr, "sid", storage), "");
