@@ -2,10 +2,10 @@
 // An append-only sequence of small items that never move, in pages of 64 KB aligned to their
 // size. Each page starts with a header (its owner and sequence, the position of its first item,
 // how many it holds), so that an item finds its owner, its position and its neighbours from its
-// address alone and need not hold them. Pages come in runs that double from one page to 32 (2 MB, backed by a huge page
-// when huge pages are wanted, see memory_advice.h) and stay at that size; a run is obtained
-// without touching it and mapped a step ahead of the items appended (WriteAhead). Finding an
-// item by position costs constant time.
+// address alone and need not hold them. Pages come in runs that double from one page to 32
+// (2 MB, backed by a huge page when huge pages are wanted, see memory_advice.h) and stay at that
+// size; a run is obtained without touching it and mapped a step ahead of the items appended
+// (WriteAhead). Finding an item by position costs constant time.
 
 #include <algorithm>
 #include <cstddef>
