@@ -32,9 +32,8 @@ const char* DaeElement::FindAttribute(const char* name) const {
     uint32_t length;
     std::memcpy(&recordName, record, sizeof recordName);
     std::memcpy(&length, record + sizeof recordName, sizeof length);
-    const char* value = record + kAttributeHeaderBytes;
-    if (SameName(recordName, name)) return value;
-    record = value + length + 1;
+    if (SameName(recordName, name)) return record + kAttributeHeaderBytes;
+    record += AttributeBytes(length);
   }
   return nullptr;
 }

@@ -96,8 +96,9 @@ class DaeElement {
   uint32_t mHoldsValues : 1;
 
   static constexpr size_t kAttributeHeaderBytes = sizeof(const char*) + sizeof(uint32_t);
-  // Writes one attribute at `room` (kAttributeHeaderBytes + the value's size + 1 bytes); the
-  // stored value.
+  // The room of one attribute whose value has `valueLength` characters.
+  static constexpr size_t AttributeBytes(size_t valueLength) { return kAttributeHeaderBytes + valueLength + 1; }
+  // Writes one attribute at `room` (AttributeBytes of its value); the stored value.
   static const char* WriteAttribute(char* room, const char* name, std::string_view value);
 };
 

@@ -64,14 +64,14 @@ void DaeTreeBuilder::StartElement(const DaeName& name, const Attributes& attribu
   if (!attributes.empty()) {
     // One piece of storage for all of them.
     size_t bytes = 0;
-    for (const auto& [attributeName, value] : attributes) bytes += DaeElement::kAttributeHeaderBytes + value.size() + 1;
+    for (const auto& [attributeName, value] : attributes) bytes += DaeElement::AttributeBytes(value.size());
     char* room = mDocument->Allocate(bytes, 1);
     element.mAttributes = room;
     element.mAttributeCount = static_cast<uint32_t>(attributes.size());
     for (const auto& [attributeName, value] : attributes) {
       const char* stored = DaeElement::WriteAttribute(room, attributeName->text.data(), value);
       if (attributeName == mIdName) mDocument->mIds.Add(std::string_view(stored, value.size()), &element);
-      room += DaeElement::kAttributeHeaderBytes + value.size() + 1;
+      room += DaeElement::AttributeBytes(value.size());
     }
   }
   const uint32_t order = static_cast<uint32_t>(mDocument->mElements.size() - 1);
